@@ -2,6 +2,7 @@
 
 #include "io/FileIO.h"
 #include "model/Archive.h"
+#include "model/LineTrace.h"
 #include "model/TraceClasses.h"
 
 namespace ba {
@@ -207,6 +208,13 @@ void CBoreAnalystDoc::ReadTraceEntry(CArchiveReader& ar, std::size_t e, std::siz
     CTrace& added = *trace;
     added.SetTrack(TrackAt(added.TrackIndex()));
     m_entries.push_back(Entry{kind, std::move(trace)});
+    if (const auto* line = dynamic_cast<const CLineTrace*>(&added);
+        line != nullptr && line->Values().Size() != line->SampleCount()) {
+        // Kept as read, so that saving writes back what was there.
+        sink.Warning("Warning: \"" + std::string(source) + "\": trace \"" + added.Name() + "\" has " +
+                     std::to_string(line->SampleCount()) + " depths but " + std::to_string(line->Values().Size()) +
+                     " values; depths without a value read as null and values without a depth are not used.");
+    }
     if (added.Track() == nullptr) {
         sink.Warning("Warning: \"" + std::string(source) + "\": trace \"" + added.Name() + "\" names track " + std::to_string(added.TrackIndex()) +
                      ", which does not exist; it is not drawn until it is given a track.");

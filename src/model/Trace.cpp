@@ -167,7 +167,9 @@ SampleBracket CTrace::FindSamplesAround(float d) const
     // depths a binary search over the same range lands on the same index.
     const bool irregular = IrregularAxis();
     const std::size_t last = irregular ? n - 1 : n - 2;
-    auto beforeD = [&](std::size_t i) { return irregular ? Depth(i) <= d : Depth(i) < d; };
+    const double factor = DepthUnitFactor(m_depthUnit);
+    auto display = [&](std::size_t i) { return static_cast<float>(static_cast<double>(m_depths[i]) * factor); };
+    auto beforeD = [&](std::size_t i) { return irregular ? display(i) <= d : display(i) < d; };
     std::size_t lo = 0;  // Depth(lo) is taken as the answer unless a later one qualifies
     std::size_t hi = last + 1;
     if (beforeD(0)) {

@@ -187,6 +187,28 @@ TEST(DocumentFormat, TrackPointersAreRebuiltFromTheIndex)
                                                       "does not exist; it is not drawn until it is given a track."}));
 }
 
+TEST(DocumentFormat, ValueCountsThatDifferFromTheDepthCountAreKeptAndReported)
+{
+    CBoreAnalystDoc source;
+    auto t = std::make_unique<CLineTrace>();
+    t->SetName("GR");
+    t->AppendSample(1.0f, 5.0f);
+    t->AppendSample(2.0f, 6.0f);
+    t->Values().RemoveAt(1);
+    source.AddTrace(std::move(t));
+    const auto bytes = WriteDocumentBytes(source);
+    CollectingMessageSink sink;
+    const auto doc = ReadDocumentBytes(bytes, sink, "short.bal");
+    const auto& gr = dynamic_cast<const CLineTrace&>(doc->Trace(0));
+    EXPECT_EQ(gr.SampleCount(), 2u);
+    EXPECT_EQ(gr.Values().Size(), 1u);
+    EXPECT_EQ(gr.ValueAt(2.0f), kNullValue);
+    EXPECT_EQ(sink.Texts(), (std::vector<std::string>{"Warning: \"short.bal\": trace \"GR\" has 2 depths but 1 values; "
+                                                      "depths without a value read as null and values without a "
+                                                      "depth are not used."}));
+    EXPECT_EQ(ToHex(WriteDocumentBytes(*doc)), ToHex(bytes));
+}
+
 TEST(DocumentFormat, LongTitlesSurviveThroughTheSecondCopy)
 {
     for (const std::string& title : {std::string(25, 'T'), std::string("Borehole BA-7, Quartzline Geodata survey 2026"),
