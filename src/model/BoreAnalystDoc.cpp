@@ -62,6 +62,11 @@ CTrack* CBoreAnalystDoc::TrackAt(std::int32_t index)
     return m_tracks[static_cast<std::size_t>(index)].get();
 }
 
+const CTrack* CBoreAnalystDoc::TrackAt(std::int32_t index) const
+{
+    return const_cast<CBoreAnalystDoc*>(this)->TrackAt(index);
+}
+
 void CBoreAnalystDoc::RebuildTraceIndex()
 {
     m_traceEntries.clear();
@@ -170,7 +175,7 @@ void CBoreAnalystDoc::ReadTraceEntry(CArchiveReader& ar, std::size_t e, std::siz
         // Kinds this program does not know carry no object; the entry is kept as it is.
         m_entries.push_back(Entry{kind, nullptr});
         sink.Warning("Warning: \"" + std::string(source) + "\": trace entry " + std::to_string(e + 1) + " has the unknown kind code " +
-                     std::to_string(static_cast<std::int32_t>(kind)) + " (byte offset " +
+                     std::to_string(kind) + " (byte offset " +
                      std::to_string(kindOffset) + "); it holds no trace and was skipped.");
         return;
     }

@@ -66,6 +66,7 @@ public:
     const CTrack& Track(std::size_t i) const { return *m_tracks.at(i); }
     // The track a track index names, or null when there is none.
     CTrack* TrackAt(std::int32_t index);
+    const CTrack* TrackAt(std::int32_t index) const;
     CTrack& AddTrack(std::string name, const CRect32& area);
     CHeader& Header() { return *m_header; }
     const CHeader& Header() const { return *m_header; }

@@ -160,7 +160,7 @@ TEST(DocumentFormat, UnknownKindCodesAreRecordedSkippedAndWrittenBack)
               (std::vector<std::string>{
                   "Warning: \"kinds.bal\": trace entry 1 has the unknown kind code 9 (byte offset 82); it holds no "
                   "trace and was skipped.",
-                  "Warning: \"kinds.bal\": trace entry 3 has the unknown kind code -1 (byte offset " +
+                  "Warning: \"kinds.bal\": trace entry 3 has the unknown kind code 4294967295 (byte offset " +
                       std::to_string(86 + traceEntry.size()) + "); it holds no trace and was skipped."}));
     EXPECT_EQ(ToHex(WriteDocumentBytes(*doc)), ToHex(spliced));
 }

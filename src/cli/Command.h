@@ -1,0 +1,50 @@
+#pragma once
+// What every subcommand shares: how it is registered with the command line, where its
+// output and messages go, and how it stops with an exit status.
+
+#include "app/MessageSink.h"
+
+#include <CLI/CLI.hpp>
+
+#include <functional>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+
+namespace ba::cli {
+
+// Exit statuses; the main help text explains them to the user.
+inline constexpr int kExitSuccess = 0;
+inline constexpr int kExitFailure = 1; // the operation failed or the core stopped it
+inline constexpr int kExitUsage = 2;   // the command line is wrong
+
+struct CommandContext {
+    IMessageSink& sink; // every message for the user, the core's included
+    std::ostream& out;  // the command's result
+};
+
+// Stops a command. An empty message means the reason was already reported (the core
+// reports its own failures to the sink).
+class CommandFailure : public std::runtime_error {
+public:
+    CommandFailure(int exitCode, const std::string& message) : std::runtime_error(message), m_exitCode(exitCode) {}
+    int ExitCode() const { return m_exitCode; }
+
+private:
+    int m_exitCode;
+};
+
+// A registered subcommand: its parser, and what runs once it has parsed.
+struct Command {
+    CLI::App* parser = nullptr;
+    std::function<void(CommandContext&)> run;
+};
+
+Command AddNewCommand(CLI::App& app);
+Command AddInfoCommand(CLI::App& app);
+Command AddDumpCommand(CLI::App& app);
+Command AddValueAtCommand(CLI::App& app);
+Command AddAddTraceCommand(CLI::App& app);
+Command AddRemoveTraceCommand(CLI::App& app);
+
+} // namespace ba::cli
