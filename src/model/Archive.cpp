@@ -303,13 +303,19 @@ std::uint32_t CArchiveReader::ReadCount()
 std::size_t CArchiveReader::ReadElementCount(std::string_view what, std::size_t elementSize)
 {
     const std::size_t at = m_pos;
-    const std::int32_t count = ReadInt32();
+    return CheckElementCount(ReadInt32(), at, what, elementSize);
+}
+
+std::size_t CArchiveReader::CheckElementCount(std::int32_t count, std::size_t countOffset, std::string_view what,
+                                              std::size_t elementSize) const
+{
     if (count < 0) {
-        FailAt(ArchiveFault::BadCount, at, "negative count " + std::to_string(count) + " for " + std::string(what));
+        FailAt(ArchiveFault::BadCount, countOffset,
+               "negative count " + std::to_string(count) + " for " + std::string(what));
     }
     const auto n = static_cast<std::size_t>(count);
     if (elementSize != 0 && n > Remaining() / elementSize) {
-        FailAt(ArchiveFault::BadCount, at,
+        FailAt(ArchiveFault::BadCount, countOffset,
                "count " + std::to_string(n) + " for " + std::string(what) + " needs " +
                    Describe(n * elementSize, "byte") + " but only " + Describe(Remaining(), "byte") + " remain");
     }

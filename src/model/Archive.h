@@ -136,6 +136,11 @@ public:
     // not negative and that the remaining bytes can hold that many elements.
     std::size_t ReadElementCount(std::string_view what, std::size_t elementSize);
 
+    // Checks a count read earlier (at `countOffset`) against the bytes that remain now,
+    // for formats that put fixed fields between a count and its elements.
+    std::size_t CheckElementCount(std::int32_t count, std::size_t countOffset, std::string_view what,
+                                  std::size_t elementSize) const;
+
     // Reads an object tag, and a class description when one follows. Class tags must name
     // a class read before; back-references must name an object read before.
     ObjectRecord ReadObjectHeader();

@@ -47,15 +47,7 @@ void CLineTrace::Deserialize(CArchiveReader& ar)
     m_penStyle = ar.ReadInt32();
     m_colourIndex = ar.ReadInt32();
     m_colour = ar.ReadUInt32();
-    if (count < 0) {
-        ar.FailAt(ArchiveFault::BadCount, countOffset, "negative value count " + std::to_string(count));
-    }
-    const auto m = static_cast<std::size_t>(count);
-    if (m > ar.Remaining() / sizeof(float)) {
-        ar.FailAt(ArchiveFault::BadCount, countOffset,
-                  "value count " + std::to_string(m) + " needs " + std::to_string(m * sizeof(float)) +
-                      " bytes of values but only " + std::to_string(ar.Remaining()) + " remain");
-    }
+    const std::size_t m = ar.CheckElementCount(count, countOffset, "the values", sizeof(float));
     ar.ReadFloats(m, m_values);
 }
 

@@ -63,15 +63,7 @@ void CTrace::Deserialize(CArchiveReader& ar)
     m_depthUnit = ar.ReadInt32();
     // The count sits before the fixed fields but the depths after them, so it is checked
     // here, against what remains once the fixed fields are read.
-    if (count < 0) {
-        ar.FailAt(ArchiveFault::BadCount, countOffset, "negative sample count " + std::to_string(count));
-    }
-    const auto n = static_cast<std::size_t>(count);
-    if (n > ar.Remaining() / sizeof(float)) {
-        ar.FailAt(ArchiveFault::BadCount, countOffset,
-                  "sample count " + std::to_string(n) + " needs " + std::to_string(n * sizeof(float)) +
-                      " bytes of depths but only " + std::to_string(ar.Remaining()) + " remain");
-    }
+    const std::size_t n = ar.CheckElementCount(count, countOffset, "the depths", sizeof(float));
     ar.ReadFloats(n, m_depths);
 }
 

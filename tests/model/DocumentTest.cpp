@@ -191,7 +191,7 @@ TEST(DocumentHostile, CorruptionsAreRefusedWithTheirFaultAndOffset)
         {"sample count beyond the file", [](auto& b) { Put32(b, kSampleCountAt, 400000000); },
          ArchiveFault::BadCount, kSampleCountAt, nullptr},
         {"negative sample count", [](auto& b) { Put32(b, kSampleCountAt, 0x80000000); }, ArchiveFault::BadCount,
-         kSampleCountAt, "trace entry 1 of 2: negative sample count -2147483648 (byte offset 152)"},
+         kSampleCountAt, "trace entry 1 of 2: negative count -2147483648 for the depths (byte offset 152)"},
         {"class that is not a trace class", [](auto& b) { b[kClassNameAt + 1] = 'X'; }, ArchiveFault::BadClass,
          kFirstTagAt, "trace entry 1 of 2: the class \"CXineTrace\" is not a trace class (byte offset 86)"},
         {"kind and class disagree", [](auto& b) { Put32(b, kFirstKindAt, 2); }, ArchiveFault::BadClass, kFirstTagAt,
