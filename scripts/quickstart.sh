@@ -12,7 +12,7 @@
 # BA_BUILD_DIR names another directory.
 set -euo pipefail
 
-readonly BUILD_PACKAGES=(cmake ninja-build g++ libgtest-dev nlohmann-json3-dev libcli11-dev)
+readonly BUILD_PACKAGES=(cmake ninja-build g++ libgtest-dev nlohmann-json3-dev libcli11-dev libfast-float-dev)
 
 repo_root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 cd "$repo_root"

@@ -129,7 +129,7 @@ bool CBoreAnalystDoc::IsTimeIndexed() const
 void CBoreAnalystDoc::SetPathName(const std::filesystem::path& path)
 {
     m_pathName = path;
-    m_title = path.filename().string();
+    m_title = path.stem().string();
 }
 
 void CBoreAnalystDoc::UpdateAllViews() const

@@ -25,6 +25,7 @@ class CArchiveReader;
 class CArchiveWriter;
 
 inline constexpr std::string_view kDocumentSignature = "BoreAnalyst Document V.1.0";
+inline constexpr std::string_view kDefaultDocumentTitle = "BoreAnalyst1";
 inline constexpr std::string_view kTraceClipboardFormat = "BoreAnalystTraceData";
 inline constexpr std::string_view kUnlicensedSaveMessage = "Error: Unlicesed installation.  Saving disabled.";
 
@@ -94,7 +95,10 @@ public:
     void Deserialize(CArchiveReader& ar, IMessageSink& sink, std::string_view source);
 
     const std::filesystem::path& PathName() const { return m_pathName; }
+    // The title shown for the document: "BoreAnalyst1" until it has a file (the shell may
+    // number further new documents), then the file's name without its extension.
     const std::string& DocumentTitle() const { return m_title; }
+    void SetDocumentTitle(std::string title) { m_title = std::move(title); }
     void SetPathName(const std::filesystem::path& path);
     bool IsModified() const { return m_modified; }
     void SetModified(bool modified = true) { m_modified = modified; }
@@ -135,7 +139,7 @@ private:
     std::array<std::int32_t, 7> m_settings{0, 0, 1, 0, 0, 0, 0};
 
     std::filesystem::path m_pathName;
-    std::string m_title = "Untitled";
+    std::string m_title = std::string(kDefaultDocumentTitle);
     bool m_modified = false;
     std::vector<ViewUpdater> m_viewUpdaters;
 };

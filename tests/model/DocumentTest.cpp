@@ -82,7 +82,7 @@ TEST(DocumentSave, LicensedSaveWritesAndReopens)
     EXPECT_EQ(doc.OnSaveDocument(dir.Path("a.bal"), sink), SaveOutcome::Written);
     EXPECT_TRUE(sink.messages.empty());
     EXPECT_FALSE(doc.IsModified());
-    EXPECT_EQ(doc.DocumentTitle(), "a.bal");
+    EXPECT_EQ(doc.DocumentTitle(), "a");
     EXPECT_EQ(updates, 1);
     const auto reopened = OpenDocument(dir.Path("a.bal"), sink);
     ASSERT_NE(reopened, nullptr);
@@ -108,7 +108,7 @@ TEST(DocumentSave, UnlicensedInstallationWritesNothing)
     EXPECT_EQ(dir.FileNames(), (std::vector<std::string>{"kept.bal"}));
     EXPECT_TRUE(doc.IsModified());
     EXPECT_EQ(updates, 2); // path, title and views are refreshed all the same
-    EXPECT_EQ(doc.DocumentTitle(), "new.bal");
+    EXPECT_EQ(doc.DocumentTitle(), "new");
 }
 
 TEST(DocumentSave, FailedSaveLeavesTheDocumentAndDiskAsTheyWere)
@@ -123,7 +123,7 @@ TEST(DocumentSave, FailedSaveLeavesTheDocumentAndDiskAsTheyWere)
     EXPECT_EQ(sink.messages[0].text,
               "Error: cannot save \"" + target.string() + "\": No such file or directory.");
     EXPECT_TRUE(doc.IsModified());
-    EXPECT_EQ(doc.DocumentTitle(), "Untitled");
+    EXPECT_EQ(doc.DocumentTitle(), "BoreAnalyst1");
     EXPECT_TRUE(dir.FileNames().empty());
 }
 
