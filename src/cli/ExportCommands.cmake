@@ -1,0 +1,1 @@
+# export-las, export-text, export-wellcad

@@ -1,0 +1,1 @@
+# classify-units, convert-units

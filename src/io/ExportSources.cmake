@@ -1,0 +1,1 @@
+# LAS, text and WellCAD export sources

@@ -1,0 +1,1 @@
+# LAS import sources

@@ -1,0 +1,1 @@
+# Unit vocabulary and conversion sources

@@ -1,0 +1,1 @@
+# las_import_tests: ba_add_test_program(las_import_tests ...)
