@@ -1,1 +1,6 @@
 # export-las, export-text, export-wellcad
+target_sources(boreanalyst-cli PRIVATE
+  ${CMAKE_CURRENT_SOURCE_DIR}/ExportLasCommand.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/ExportTextCommand.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/ExportWellCadCommand.cpp
+)

@@ -1,0 +1,146 @@
+#include "io/LasExport.h"
+
+#include "io/ExportFileWriter.h"
+#include "io/ExportGrid.h"
+#include "io/ExportReport.h"
+#include "io/FixedText.h"
+#include "io/LineTraceCursor.h"
+#include "model/Cp1252.h"
+
+#include <string_view>
+#include <vector>
+
+namespace ba {
+namespace {
+
+// The file's text is ANSI (Windows-1252), as every other text the program writes; upper
+// case is the C library's in the "C" locale, ASCII letters only.
+std::string AnsiUpper(std::string_view utf8)
+{
+    std::string text = Utf8ToCp1252(utf8);
+    for (char& c : text) {
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    }
+    return text;
+}
+
+std::string PaddedTo(std::string text, std::size_t width)
+{
+    if (text.size() < width) text.append(width - text.size(), ' ');
+    return text;
+}
+
+std::string FixedField(float value, int width, int precision)
+{
+    std::string text;
+    AppendFixed(text, value, width, precision);
+    return text;
+}
+
+void AppendLine(std::string& out, std::string_view line)
+{
+    out.append(line);
+    out.push_back('\n');
+}
+
+void AppendHeader(std::string& out, const CBoreAnalystDoc& doc, const std::vector<const CLineTrace*>& lines,
+                  bool metres, float strt, float stop, float step)
+{
+    AppendLine(out, "~V");
+    AppendLine(out, "VERS .               2.0 :   CWLS log ASCII Standard -VERSION 2.0");
+    AppendLine(out, "WRAP.                NO  :   One line per depth step");
+    AppendLine(out, "~W");
+    // Both range lines say START DEPTH, and only the feet header writes the step negated:
+    // programs that read these files expect exactly this.
+    if (metres) {
+        AppendLine(out, "STRT.M             " + FixedField(strt, 8, 3) + "          :START DEPTH");
+        AppendLine(out, "STOP.M             " + FixedField(stop, 8, 3) + "          :START DEPTH");
+        AppendLine(out, "STEP.M             " + FixedField(step, 8, 3) + "          :STEP");
+    } else {
+        AppendLine(out, "STRT.FT            " + FixedField(strt, 8, 3) + "          :START DEPTH");
+        AppendLine(out, "STOP.FT            " + FixedField(stop, 8, 3) + "          :START DEPTH");
+        AppendLine(out, "STEP.FT            " + FixedField(-step, 8, 3) + "          :STEP");
+    }
+    AppendLine(out, "NULL.            -9999.99            :NULL VALUE");
+    AppendLine(out, "COMP.     ANY COMPANY INC.           :COMPANY");
+    AppendLine(out, "WELL.     " + PaddedTo(AnsiUpper(doc.DocumentTitle()), 27) + ":WELL");
+    AppendLine(out, "FLD .     WILDCAT                    :FIELD");
+    AppendLine(out, "LOC .     12-34-12-34W5              :LOCATION");
+    AppendLine(out, "PROV.     COLORADO                   :PROVINCE");
+    AppendLine(out, "SRVC.     ANY LOGGING COMPANY INC.   :SERVICE COMPANY");
+    AppendLine(out, "DATE.     01-JAN-00                  :LOG DATE");
+    AppendLine(out, "UWI .     1234567890                 :UNIQUE WELL ID");
+    AppendLine(out, "~C");
+    AppendLine(out, metres ? "DEPT.M                   : DEPTH" : "DEPT.FT                  : DEPTH");
+    for (const CLineTrace* line : lines) {
+        AppendLine(out, BlanksToUnderscores(AnsiUpper(line->Name())) + "." +
+                            PaddedTo(BlanksToUnderscores(AnsiUpper(line->Units())), 10) + "          : " +
+                            Utf8ToCp1252(line->Name()));
+    }
+    AppendLine(out, "~A");
+}
+
+} // namespace
+
+bool ExportLas(const CBoreAnalystDoc& doc, const std::filesystem::path& path, IMessageSink& sink)
+{
+    const std::vector<const CLineTrace*> lines = LineTracesOf(doc);
+    if (lines.empty()) {
+        sink.Error(std::string(kNoLineTracesMessage));
+        return false;
+    }
+    // The document's first trace, of whatever kind, decides the unit and the step.
+    const CTrace& first = doc.Trace(0);
+    const bool metres = first.DepthUnit() == kDepthMetres;
+    const float step = first.SamplingStep();
+
+    const DocumentSpan span = DocumentDepthSpan(doc, path);
+    if (!span.problem.empty()) {
+        sink.Error(span.problem);
+        return false;
+    }
+    // A document whose traces hold no samples gets the header and no data.
+    DepthRows rows;
+    if (span.span) {
+        const GridLayout layout =
+            LayOutRows(span.span->deepest, span.span->shallowest, RowDirection::Downward, step, doc, 0, path);
+        if (!layout.problem.empty()) {
+            sink.Error(layout.problem);
+            return false;
+        }
+        rows = layout.rows;
+    }
+    const float strt = span.span ? span.span->deepest : 0.0f;
+    const float stop = span.span ? span.span->shallowest : 0.0f;
+
+    try {
+        CExportFileWriter file(path);
+        std::string& out = file.Buffer();
+        AppendHeader(out, doc, lines, metres, strt, stop, step);
+        file.LineEnd();
+
+        std::vector<CLineTraceCursor> cursors;
+        cursors.reserve(lines.size());
+        for (const CLineTrace* line : lines) cursors.emplace_back(*line);
+        for (std::size_t k = 0; k < rows.count; ++k) {
+            const float depth = rows.At(k);
+            AppendFixed(out, depth, 14, 3);
+            out.append("     ");
+            for (CLineTraceCursor& cursor : cursors) {
+                const float value = cursor.ValueAt(depth);
+                if (IsNullSample(value)) AppendFixed(out, kNullValue, 14, 2);
+                else AppendFixed(out, value, 14, 4);
+                out.append("     ");
+            }
+            out.push_back('\n');
+            file.LineEnd();
+        }
+        file.Commit();
+    } catch (const ExportFileError& error) {
+        ReportExportFileError(error, sink);
+        return false;
+    }
+    return true;
+}
+
+} // namespace ba
