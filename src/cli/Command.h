@@ -46,5 +46,11 @@ Command AddDumpCommand(CLI::App& app);
 Command AddValueAtCommand(CLI::App& app);
 Command AddAddTraceCommand(CLI::App& app);
 Command AddRemoveTraceCommand(CLI::App& app);
+Command AddImportLasCommand(CLI::App& app);
+Command AddExportLasCommand(CLI::App& app);
+Command AddExportTextCommand(CLI::App& app);
+Command AddExportWellCadCommand(CLI::App& app);
+Command AddClassifyUnitsCommand(CLI::App& app);
+Command AddConvertUnitsCommand(CLI::App& app);
 
 } // namespace ba::cli

@@ -80,6 +80,9 @@ int main(int argc, char** argv)
     const std::vector<ba::cli::Command> commands = {
         ba::cli::AddNewCommand(app),      ba::cli::AddInfoCommand(app),     ba::cli::AddDumpCommand(app),
         ba::cli::AddValueAtCommand(app),  ba::cli::AddAddTraceCommand(app), ba::cli::AddRemoveTraceCommand(app),
+        ba::cli::AddImportLasCommand(app),
+        ba::cli::AddExportLasCommand(app), ba::cli::AddExportTextCommand(app), ba::cli::AddExportWellCadCommand(app),
+        ba::cli::AddClassifyUnitsCommand(app), ba::cli::AddConvertUnitsCommand(app),
     };
 
     if (ReportUnknownCommand(app, argc, argv)) return ba::cli::kExitUsage;

@@ -1,0 +1,242 @@
+// Measures LAS import: a generated LAS 2.0 file of ROWS rows x CURVES curves (about 120 MB
+// with the defaults) is imported into a new document, once with the depths ascending and
+// once descending (a log recorded upwards, every row added at the shallow end). Prints the
+// median, minimum and maximum time (wall clock and processor), the throughput in MB/s, and the peak resident memory of
+// one import against the size of the samples it holds. Prints figures only: speed is
+// judged by a reader, never asserted.
+//
+//   bench_las_import [--runs N] [--rows N] [--curves N] [--dir DIRECTORY]
+//
+// --runs    timed imports of each file (default 5, at least 5)
+// --rows    data rows (default 1000000)
+// --curves  curves after the depth (default 10)
+// --dir     where the scratch directory for the files is made (default: the system
+//           temporary directory); it is removed afterwards
+
+#include "BenchTiming.h"
+
+#include "app/MessageSink.h"
+#include "io/LasImport.h"
+#include "model/BoreAnalystDoc.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+using ba::bench::RunStats;
+using ba::bench::TimeRuns;
+
+struct Options {
+    int runs = 5;
+    long rows = 1'000'000;
+    long curves = 10;
+    std::filesystem::path scratchParent = std::filesystem::temp_directory_path();
+};
+
+[[noreturn]] void UsageError(const std::string& what)
+{
+    std::fprintf(stderr,
+                 "bench_las_import: %s\nusage: bench_las_import [--runs N] [--rows N] [--curves N] [--dir DIRECTORY]\n",
+                 what.c_str());
+    std::exit(2);
+}
+
+long ParseCount(const std::string& option, const std::string& value, long minimum, long maximum)
+{
+    char* end = nullptr;
+    const long n = std::strtol(value.c_str(), &end, 10);
+    if (end == value.c_str() || *end != '\0' || n < minimum || n > maximum) {
+        UsageError(option + " needs a whole number from " + std::to_string(minimum) + " to " +
+                   std::to_string(maximum) + ", not \"" + value + "\"");
+    }
+    return n;
+}
+
+Options ParseOptions(int argc, char** argv)
+{
+    Options options;
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (i + 1 >= argc) UsageError("missing value after " + arg);
+        const std::string value = argv[++i];
+        if (arg == "--runs") options.runs = static_cast<int>(ParseCount(arg, value, 5, 1000));
+        else if (arg == "--rows") options.rows = ParseCount(arg, value, 1, 100'000'000);
+        else if (arg == "--curves") options.curves = ParseCount(arg, value, 1, 1000);
+        else if (arg == "--dir") options.scratchParent = value;
+        else UsageError("unknown option " + arg);
+    }
+    return options;
+}
+
+class ScratchDirectory {
+public:
+    explicit ScratchDirectory(const std::filesystem::path& parent)
+        : m_path(parent / ("bench_las_import-" + std::to_string(::getpid())))
+    {
+        std::filesystem::create_directories(m_path);
+    }
+    ~ScratchDirectory()
+    {
+        std::error_code ignored; // nothing useful can be done about a leftover scratch file here
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    ScratchDirectory(const ScratchDirectory&) = delete;
+    ScratchDirectory& operator=(const ScratchDirectory&) = delete;
+    const std::filesystem::path& Path() const { return m_path; }
+
+private:
+    std::filesystem::path m_path;
+};
+
+// Writes the file row by row (never held whole): DEPT in metres at 0.1 m, then curves that
+// look like logs, a null every 1009th value.
+std::uintmax_t WriteLasFile(const std::filesystem::path& path, const Options& options, bool descending)
+{
+    std::FILE* file = std::fopen(path.c_str(), "wb");
+    if (file == nullptr) throw std::runtime_error("cannot create " + path.string());
+    const double first = 1000.0;
+    const double step = 0.1;
+    const double last = first + step * static_cast<double>(options.rows - 1);
+    std::fprintf(file, "~VERSION INFORMATION\n VERS. 2.0 : CWLS LOG ASCII STANDARD -VERSION 2.0\n"
+                       " WRAP. NO  : ONE LINE PER DEPTH STEP\n~WELL INFORMATION\n");
+    std::fprintf(file, " STRT.M %.4f : START DEPTH\n STOP.M %.4f : STOP DEPTH\n STEP.M %.4f : STEP\n",
+                 descending ? last : first, descending ? first : last, descending ? -step : step);
+    std::fprintf(file, " NULL. -999.25 : NULL VALUE\n WELL. BENCH : WELL\n~CURVE INFORMATION\n DEPT.M : DEPTH\n");
+    for (long c = 1; c <= options.curves; ++c) std::fprintf(file, " C%02ld.API : CURVE %ld\n", c, c);
+    std::fprintf(file, "~A\n");
+    std::string line;
+    char field[32];
+    for (long r = 0; r < options.rows; ++r) {
+        const long i = descending ? options.rows - 1 - r : r;
+        line.clear();
+        std::snprintf(field, sizeof field, "%.4f", first + step * static_cast<double>(i));
+        line += field;
+        for (long c = 1; c <= options.curves; ++c) {
+            const double x = static_cast<double>(i) * 0.001 + static_cast<double>(c);
+            const bool null = (i + c) % 1009 == 0;
+            std::snprintf(field, sizeof field, " %10.4f", null ? -999.25 : 75.0 + 40.0 * std::sin(x) + static_cast<double>(c));
+            line += field;
+        }
+        line += '\n';
+        if (std::fwrite(line.data(), 1, line.size(), file) != line.size()) {
+            std::fclose(file);
+            throw std::runtime_error("cannot write " + path.string());
+        }
+    }
+    if (std::fclose(file) != 0) throw std::runtime_error("cannot write " + path.string());
+    return std::filesystem::file_size(path);
+}
+
+std::unique_ptr<ba::CBoreAnalystDoc> Import(const std::filesystem::path& path, const Options& options)
+{
+    ba::CollectingMessageSink sink;
+    auto doc = std::make_unique<ba::CBoreAnalystDoc>();
+    const ba::LasImportResult result = ba::ImportLas(*doc, path, sink);
+    if (!result.imported || result.tracesAdded != static_cast<std::size_t>(options.curves) ||
+        result.samplesPerTrace != static_cast<std::size_t>(options.rows)) {
+        std::string messages;
+        for (const auto& m : sink.messages) messages += "\n  " + m.text;
+        throw std::runtime_error("importing " + path.string() + " gave the wrong result" + messages);
+    }
+    return doc;
+}
+
+// User and system time of this process so far.
+double CpuSeconds()
+{
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    auto seconds = [](const timeval& t) { return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6; };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+double MiB(double bytes) { return bytes / (1024.0 * 1024.0); }
+
+// One import in a child process, so that its peak resident memory is its own.
+void MeasurePeakMemory(const std::filesystem::path& path, const Options& options)
+{
+    std::fflush(stdout);
+    const pid_t child = ::fork();
+    if (child < 0) throw std::runtime_error("fork failed");
+    if (child == 0) {
+        rusage before{};
+        ::getrusage(RUSAGE_SELF, &before);
+        int status = 0;
+        try {
+            const auto doc = Import(path, options);
+            rusage after{};
+            ::getrusage(RUSAGE_SELF, &after);
+            const double held = 8.0 * static_cast<double>(options.rows) * static_cast<double>(options.curves);
+            const double peak = static_cast<double>(after.ru_maxrss) * 1024.0;
+            const double start = static_cast<double>(before.ru_maxrss) * 1024.0;
+            std::printf("  peak resident memory: %.1f MiB (%.1f MiB at the start); samples held: %.1f MiB "
+                        "(depth and value floats); growth / held = %.2f\n",
+                        MiB(peak), MiB(start), MiB(held), (peak - start) / held);
+        } catch (const std::exception& e) {
+            std::fprintf(stderr, "bench_las_import: %s\n", e.what());
+            status = 1;
+        }
+        std::fflush(stdout);
+        ::_exit(status);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) throw std::runtime_error("the measuring child failed");
+}
+
+void BenchOne(const std::filesystem::path& path, const Options& options, bool descending)
+{
+    std::printf("%s depths\n", descending ? "Descending" : "Ascending");
+    const std::uintmax_t bytes = WriteLasFile(path, options, descending);
+    std::printf("  file: %s, %.1f MB (%ju bytes), %ld rows x %ld curves\n", path.string().c_str(),
+                static_cast<double>(bytes) / 1e6, bytes, options.rows, options.curves);
+    MeasurePeakMemory(path, options);
+    // Processor time is printed beside wall time: on a busy machine it is the steadier figure.
+    std::vector<double> cpuSeconds;
+    const RunStats wall = TimeRuns(
+        options.runs,
+        [&] {
+            const double start = CpuSeconds();
+            auto doc = Import(path, options);
+            cpuSeconds.push_back(CpuSeconds() - start);
+            return doc;
+        },
+        [](const std::unique_ptr<ba::CBoreAnalystDoc>&) {});
+    const RunStats cpu = ba::bench::Summarise(cpuSeconds);
+    const double mb = static_cast<double>(bytes) / 1e6;
+    std::printf("  import, %d runs, wall clock: median %.3f s, min %.3f s, max %.3f s; %.0f MB/s at the median\n",
+                options.runs, wall.median, wall.minimum, wall.maximum, mb / wall.median);
+    std::printf("  import, %d runs, processor time: median %.3f s, min %.3f s, max %.3f s; %.0f MB/s at the median\n\n",
+                options.runs, cpu.median, cpu.minimum, cpu.maximum, mb / cpu.median);
+    std::filesystem::remove(path);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const Options options = ParseOptions(argc, argv);
+    try {
+        ScratchDirectory scratch(options.scratchParent);
+        std::printf("LAS import (MB = 10^6 bytes; the file is read just after being written, so it is usually cached)\n\n");
+        BenchOne(scratch.Path() / "ascending.las", options, false);
+        BenchOne(scratch.Path() / "descending.las", options, true);
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "bench_las_import: %s\n", e.what());
+        return 1;
+    }
+    return 0;
+}

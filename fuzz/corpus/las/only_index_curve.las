@@ -1,0 +1,5 @@
+~Curve
+ DEPT .F  :DEPTH (BOREHOLE) {F10.1}
+~A
+ 200.0
+ 201.0

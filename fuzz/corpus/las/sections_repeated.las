@@ -1,0 +1,17 @@
+~VERSION INFORMATION
+ VERS.                  1.2:   CWLS LOG ASCII STANDARD -VERSION 1.2
+ WRAP.                  NO:   ONE LINE PER DEPTH STEP
+~WELL INFORMATION BLOCK
+ NULL.           -999.2500:
+~CURVE INFORMATION
+ DEPT.M                      :  1  DEPTH
+ DT  .US/M                   :  2  SONIC TRANSIT TIME
+~CURVE INFORMATION AGAIN
+ DEPT.M                      :  1  DEPTH
+ RHOB.K/M3                   :  3  BULK DENSITY
+ NPHI.V/V                    :  4  NEUTRON POROSITY
+~A  DEPTH     DT
+1670.000   123.450
+1669.875   124.450
+~A2  DEPTH     DT
+1680.000   223.450
