@@ -1,10 +1,17 @@
 #pragma once
-// Repeated wall-clock timing for the benchmark programs. Figures are printed for a
-// reader to judge; nothing here decides whether a figure is good enough.
+// Repeated wall-clock timing for the benchmark programs, and the table that prints it.
+// Figures are printed for a reader to judge; nothing here decides whether a figure is good
+// enough (a target is only marked as met or missed beside it).
 
 #include <algorithm>
 #include <chrono>
+#include <concepts>
 #include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace ba::bench {
@@ -46,5 +53,47 @@ RunStats TimeRuns(int runs, Operation&& operation, Check&& check)
     }
     return Summarise(std::move(seconds));
 }
+
+inline constexpr double kBytesPerMebibyte = 1024.0 * 1024.0;
+
+inline double Mebibytes(double bytes) { return bytes / kBytesPerMebibyte; }
+
+template <std::integral Bytes>
+double Mebibytes(Bytes bytes)
+{
+    return static_cast<double>(bytes) / kBytesPerMebibyte;
+}
+
+// A table of timed operations, a row each: the median, minimum and maximum seconds, the
+// MiB/s at the median, and whether the median is within the target time.
+class TimingTable {
+public:
+    constexpr TimingTable(int labelWidth, double targetSeconds)
+        : m_labelWidth(labelWidth), m_targetSeconds(targetSeconds)
+    {
+    }
+
+    void PrintHeading(const char* operationHeading) const
+    {
+        std::printf("  %-*s %9s %9s %9s %10s   target < %g s\n", m_labelWidth, operationHeading, "median s", "min s",
+                    "max s", "MiB/s", m_targetSeconds);
+    }
+
+    // `bytes` is what one run handled (0: no throughput is shown); only rows with
+    // `judged` set are held against the target.
+    void PrintRow(std::string_view label, const RunStats& s, std::uintmax_t bytes, bool judged) const
+    {
+        std::printf("  %-*s %9.3f %9.3f %9.3f", m_labelWidth, std::string(label).c_str(), s.median, s.minimum,
+                    s.maximum);
+        if (bytes > 0 && s.median > 0.0) std::printf(" %10.0f", Mebibytes(bytes) / s.median);
+        else std::printf(" %10s", "-");
+        if (judged) std::printf("   %s", s.median < m_targetSeconds ? "met" : "MISSED");
+        std::printf("\n");
+    }
+
+private:
+    int m_labelWidth;
+    double m_targetSeconds;
+};
 
 } // namespace ba::bench

@@ -9,6 +9,8 @@
 // --dir     where the scratch directory for saved files is made (default: the system
 //           temporary directory); the directory and its files are removed afterwards
 
+#include "BenchCurves.h"
+#include "BenchSupport.h"
 #include "BenchTiming.h"
 
 #include "app/MessageSink.h"
@@ -18,21 +20,26 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <random>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
-
-#include <unistd.h>
 
 namespace {
 
+using ba::bench::Mebibytes;
 using ba::bench::RunStats;
 using ba::bench::TimeRuns;
+using Options = ba::bench::CommonOptions;
+
+constexpr ba::bench::Program kProgram{.name = "bench_document_io",
+                                      .usage = "[--runs N] [--dir DIRECTORY]",
+                                      .defaultRuns = 7,
+                                      .fewestRuns = 5};
 
 constexpr std::size_t kTraceCount = 20;
 constexpr std::size_t kSamplesPerTrace = 1'000'000;
@@ -42,79 +49,11 @@ constexpr double kTargetSeconds = 1.0;
 constexpr std::size_t kLookupsPerRun = 1'000'000;
 constexpr std::size_t kLookupTraceSizes[] = {1'000, 10'000, 100'000, 1'000'000};
 
-struct Options {
-    int runs = 7;
-    std::filesystem::path scratchParent = std::filesystem::temp_directory_path();
-};
-
-[[noreturn]] void UsageError(const std::string& what)
-{
-    std::fprintf(stderr, "bench_document_io: %s\nusage: bench_document_io [--runs N] [--dir DIRECTORY]\n",
-                 what.c_str());
-    std::exit(2);
-}
-
-Options ParseOptions(int argc, char** argv)
-{
-    Options options;
-    for (int i = 1; i < argc; ++i) {
-        const std::string_view arg = argv[i];
-        if (i + 1 >= argc) UsageError("missing value after " + std::string(arg));
-        const std::string value = argv[++i];
-        if (arg == "--runs") {
-            char* end = nullptr;
-            const long runs = std::strtol(value.c_str(), &end, 10);
-            if (end == value.c_str() || *end != '\0' || runs < 5 || runs > 1000) {
-                UsageError("--runs needs a whole number from 5 to 1000, not \"" + value + "\"");
-            }
-            options.runs = static_cast<int>(runs);
-        } else if (arg == "--dir") {
-            options.scratchParent = value;
-        } else {
-            UsageError("unknown option " + std::string(arg));
-        }
-    }
-    return options;
-}
-
-// A directory of its own for the saved files, removed again however the program ends
-// its normal course.
-class ScratchDirectory {
-public:
-    explicit ScratchDirectory(const std::filesystem::path& parent)
-        : m_path(parent / ("bench_document_io-" + std::to_string(::getpid())))
-    {
-        std::filesystem::create_directories(m_path);
-    }
-    ~ScratchDirectory()
-    {
-        std::error_code ignored; // nothing useful can be done about a leftover scratch file here
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    ScratchDirectory(const ScratchDirectory&) = delete;
-    ScratchDirectory& operator=(const ScratchDirectory&) = delete;
-    const std::filesystem::path& Path() const { return m_path; }
-
-private:
-    std::filesystem::path m_path;
-};
-
-float StoredDepthOf(std::size_t i) { return static_cast<float>(kFirstDepth + static_cast<double>(i) * kDepthStep); }
-
-// A gamma-ray-like curve with a null every 997th sample, so the values are not all alike.
+// The traces alternate between the two tracks, as a real document's would.
 std::unique_ptr<ba::CLineTrace> MakeLineTrace(std::string name, std::size_t samples, std::size_t seed)
 {
-    auto trace = std::make_unique<ba::CLineTrace>(1, ba::kPenSolid, static_cast<std::int32_t>(seed % 7), 0.0f,
-                                                  150.0f, std::move(name), "API");
+    auto trace = ba::bench::MakeGammaRayTrace(std::move(name), samples, kFirstDepth, kDepthStep, seed);
     trace->SetTrackIndex(static_cast<std::int32_t>(seed % 2));
-    trace->StoredDepths().Reserve(samples);
-    trace->Values().Reserve(samples);
-    const double phase = static_cast<double>(seed);
-    for (std::size_t i = 0; i < samples; ++i) {
-        const double x = static_cast<double>(i) * 0.001 + phase;
-        const float value = i % 997 == 0 ? ba::kNullValue : static_cast<float>(75.0 + 40.0 * std::sin(x) + 10.0 * std::sin(7.3 * x));
-        trace->AppendSample(StoredDepthOf(i), value);
-    }
     return trace;
 }
 
@@ -138,21 +77,10 @@ void RequireLargeDocument(const ba::CBoreAnalystDoc* doc, std::string_view what)
     }
 }
 
-double Megabytes(std::size_t bytes) { return static_cast<double>(bytes) / (1024.0 * 1024.0); }
-
-void PrintRow(std::string_view label, const RunStats& s, std::size_t bytes, bool hasTarget)
-{
-    const double mbPerSecond = s.median > 0.0 ? Megabytes(bytes) / s.median : 0.0;
-    std::printf("  %-30s %9.3f %9.3f %9.3f %10.0f", std::string(label).c_str(), s.median, s.minimum, s.maximum,
-                mbPerSecond);
-    if (hasTarget) std::printf("   %s", s.median < kTargetSeconds ? "met" : "MISSED");
-    std::printf("\n");
-}
-
 void BenchDocumentIo(const Options& options)
 {
     ba::NullMessageSink sink;
-    ScratchDirectory scratch(options.scratchParent);
+    ba::bench::ScratchDirectory scratch(options.scratchParent, kProgram);
     const std::filesystem::path file = scratch.Path() / "large.bal";
 
     std::printf("Document input and output\n");
@@ -171,7 +99,7 @@ void BenchDocumentIo(const Options& options)
             if (bytes.size() < kTraceCount * kSamplesPerTrace * 8) throw std::runtime_error("encoding is too short");
             encoded = std::move(bytes);
         });
-    std::printf("  encoded size: %zu bytes (%.1f MiB)\n", encoded.size(), Megabytes(encoded.size()));
+    std::printf("  encoded size: %zu bytes (%.1f MiB)\n", encoded.size(), Mebibytes(encoded.size()));
     std::printf("  saved to: %s (removed afterwards)\n", file.string().c_str());
     std::printf("  runs per operation: %d\n\n", options.runs);
 
@@ -187,12 +115,12 @@ void BenchDocumentIo(const Options& options)
         options.runs, [&] { return ba::ReadDocumentBytes(encoded, sink, "memory"); },
         [](const std::unique_ptr<ba::CBoreAnalystDoc>& decoded) { RequireLargeDocument(decoded.get(), "decoding"); });
 
-    std::printf("  %-30s %9s %9s %9s %10s   %s\n", "operation", "median s", "min s", "max s", "MiB/s",
-                "target < 1 s");
-    PrintRow("encode to bytes", encode, encoded.size(), false);
-    PrintRow("save to file (with fsync)", save, encoded.size(), true);
-    PrintRow("open file (read + decode)", open, encoded.size(), true);
-    PrintRow("decode bytes in memory", decode, encoded.size(), false);
+    const ba::bench::TimingTable table(30, kTargetSeconds);
+    table.PrintHeading("operation");
+    table.PrintRow("encode to bytes", encode, encoded.size(), false);
+    table.PrintRow("save to file (with fsync)", save, encoded.size(), true);
+    table.PrintRow("open file (read + decode)", open, encoded.size(), true);
+    table.PrintRow("decode bytes in memory", decode, encoded.size(), false);
     std::printf("  (the file is opened straight after saving, so its pages are usually still cached)\n\n");
 }
 
@@ -239,13 +167,9 @@ void BenchValueAt(const Options& options)
 
 int main(int argc, char** argv)
 {
-    const Options options = ParseOptions(argc, argv);
-    try {
+    const Options options = ba::bench::ParseOptions(kProgram, argc, argv);
+    return ba::bench::RunMeasurements(kProgram, [&] {
         BenchDocumentIo(options);
         BenchValueAt(options);
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "bench_document_io: %s\n", e.what());
-        return 1;
-    }
-    return 0;
+    });
 }

@@ -10,6 +10,8 @@
 // --dir     where the scratch directory for the exported files is made (default: the system
 //           temporary directory); the directory and its files are removed afterwards
 
+#include "BenchCurves.h"
+#include "BenchSupport.h"
 #include "BenchTiming.h"
 
 #include "app/MessageSink.h"
@@ -22,20 +24,25 @@
 #include "model/LineTrace.h"
 
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
-#include <unistd.h>
-
 namespace {
 
+using ba::bench::Mebibytes;
 using ba::bench::RunStats;
 using ba::bench::TimeRuns;
+using Options = ba::bench::CommonOptions;
+
+constexpr ba::bench::Program kProgram{.name = "bench_export",
+                                      .usage = "[--runs N] [--dir DIRECTORY]",
+                                      .defaultRuns = 5,
+                                      .fewestRuns = 3};
 
 constexpr std::size_t kTraceCount = 10;
 constexpr std::size_t kSamplesPerTrace = 1'000'000;
@@ -43,77 +50,13 @@ constexpr double kFirstDepth = 100.0; // metres
 constexpr double kDepthStep = 0.01;
 constexpr double kTargetSeconds = 2.0;
 
-struct Options {
-    int runs = 5;
-    std::filesystem::path scratchParent = std::filesystem::temp_directory_path();
-};
-
-[[noreturn]] void UsageError(const std::string& what)
-{
-    std::fprintf(stderr, "bench_export: %s\nusage: bench_export [--runs N] [--dir DIRECTORY]\n", what.c_str());
-    std::exit(2);
-}
-
-Options ParseOptions(int argc, char** argv)
-{
-    Options options;
-    for (int i = 1; i < argc; ++i) {
-        const std::string_view arg = argv[i];
-        if (i + 1 >= argc) UsageError("missing value after " + std::string(arg));
-        const std::string value = argv[++i];
-        if (arg == "--runs") {
-            char* end = nullptr;
-            const long runs = std::strtol(value.c_str(), &end, 10);
-            if (end == value.c_str() || *end != '\0' || runs < 3 || runs > 1000) {
-                UsageError("--runs needs a whole number from 3 to 1000, not \"" + value + "\"");
-            }
-            options.runs = static_cast<int>(runs);
-        } else if (arg == "--dir") {
-            options.scratchParent = value;
-        } else {
-            UsageError("unknown option " + std::string(arg));
-        }
-    }
-    return options;
-}
-
-class ScratchDirectory {
-public:
-    explicit ScratchDirectory(const std::filesystem::path& parent)
-        : m_path(parent / ("bench_export-" + std::to_string(::getpid())))
-    {
-        std::filesystem::create_directories(m_path);
-    }
-    ~ScratchDirectory()
-    {
-        std::error_code ignored; // nothing useful can be done about a leftover scratch file here
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    ScratchDirectory(const ScratchDirectory&) = delete;
-    ScratchDirectory& operator=(const ScratchDirectory&) = delete;
-    const std::filesystem::path& Path() const { return m_path; }
-
-private:
-    std::filesystem::path m_path;
-};
-
-// A gamma-ray-like curve with a null every 997th sample; each trace starts a little
-// deeper than the one before, so the rows also read the traces' ends.
+// Each trace starts a little deeper than the one before, so the rows also read the
+// traces' ends.
 std::unique_ptr<ba::CLineTrace> MakeLineTrace(std::size_t index)
 {
-    auto trace = std::make_unique<ba::CLineTrace>(1, ba::kPenSolid, static_cast<std::int32_t>(index % 7), 0.0f,
-                                                  150.0f, "CURVE " + std::to_string(index + 1), "API");
-    trace->StoredDepths().Reserve(kSamplesPerTrace);
-    trace->Values().Reserve(kSamplesPerTrace);
-    const double phase = static_cast<double>(index);
-    const double start = kFirstDepth + 0.003 * phase;
-    for (std::size_t i = 0; i < kSamplesPerTrace; ++i) {
-        const double x = static_cast<double>(i) * 0.001 + phase;
-        const float value =
-            i % 997 == 0 ? ba::kNullValue : static_cast<float>(75.0 + 40.0 * std::sin(x) + 10.0 * std::sin(7.3 * x));
-        trace->AppendSample(static_cast<float>(start + static_cast<double>(i) * kDepthStep), value);
-    }
-    return trace;
+    const double firstDepth = kFirstDepth + 0.003 * static_cast<double>(index);
+    return ba::bench::MakeGammaRayTrace("CURVE " + std::to_string(index + 1), kSamplesPerTrace, firstDepth,
+                                        kDepthStep, index);
 }
 
 std::unique_ptr<ba::CBoreAnalystDoc> MakeLargeDocument()
@@ -124,16 +67,7 @@ std::unique_ptr<ba::CBoreAnalystDoc> MakeLargeDocument()
     return doc;
 }
 
-double Megabytes(std::uintmax_t bytes) { return static_cast<double>(bytes) / (1024.0 * 1024.0); }
-
-void PrintRow(std::string_view label, const RunStats& s, std::uintmax_t bytes, bool hasTarget)
-{
-    std::printf("  %-34s %9.3f %9.3f %9.3f", std::string(label).c_str(), s.median, s.minimum, s.maximum);
-    if (bytes > 0) std::printf(" %10.0f", Megabytes(bytes) / s.median);
-    else std::printf(" %10s", "-");
-    if (hasTarget) std::printf("   %s", s.median < kTargetSeconds ? "met" : "MISSED");
-    std::printf("\n");
-}
+constexpr ba::bench::TimingTable kTable(34, kTargetSeconds);
 
 // Times an export into `file` and returns the file's size.
 template <typename Export>
@@ -147,19 +81,19 @@ std::uintmax_t TimeFileExport(const Options& options, const std::filesystem::pat
             if (!ok) throw std::runtime_error(std::string(label) + " failed");
         });
     const std::uintmax_t bytes = std::filesystem::file_size(file);
-    PrintRow(label, stats, bytes, true);
+    kTable.PrintRow(label, stats, bytes, true);
     return bytes;
 }
 
 void BenchExports(const Options& options)
 {
-    ScratchDirectory scratch(options.scratchParent);
+    ba::bench::ScratchDirectory scratch(options.scratchParent, kProgram);
     std::printf("Exports of a large document\n");
     std::printf("  document: %zu line traces x %zu samples, 1 cm apart\n", kTraceCount, kSamplesPerTrace);
     const auto doc = MakeLargeDocument();
     std::printf("  files in: %s (removed afterwards); runs per export: %d\n\n", scratch.Path().string().c_str(),
                 options.runs);
-    std::printf("  %-34s %9s %9s %9s %10s   %s\n", "export", "median s", "min s", "max s", "MiB/s", "target < 2 s");
+    kTable.PrintHeading("export");
 
     const auto lasBytes = TimeFileExport(options, scratch.Path() / "large.las", "LAS (with fsync)",
                                          [&](const std::filesystem::path& file, ba::IMessageSink& sink) {
@@ -178,9 +112,9 @@ void BenchExports(const Options& options)
         [&](bool ok) {
             if (!ok) throw std::runtime_error("the WellCAD export failed");
         });
-    PrintRow("WellCAD calls into a recorder", wellcad, 0, false);
+    kTable.PrintRow("WellCAD calls into a recorder", wellcad, 0, false);
     std::printf("  LAS file %.1f MiB, text file %.1f MiB, %zu automation calls per WellCAD export\n\n",
-                Megabytes(lasBytes), Megabytes(textBytes), calls / static_cast<std::size_t>(options.runs));
+                Mebibytes(lasBytes), Mebibytes(textBytes), calls / static_cast<std::size_t>(options.runs));
 }
 
 // One trace read at a million ascending depths, by the cursor and by ValueAt.
@@ -223,13 +157,9 @@ void BenchCursor(const Options& options)
 
 int main(int argc, char** argv)
 {
-    const Options options = ParseOptions(argc, argv);
-    try {
+    const Options options = ba::bench::ParseOptions(kProgram, argc, argv);
+    return ba::bench::RunMeasurements(kProgram, [&] {
         BenchExports(options);
         BenchCursor(options);
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "bench_export: %s\n", e.what());
-        return 1;
-    }
-    return 0;
+    });
 }

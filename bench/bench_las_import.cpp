@@ -13,6 +13,7 @@
 // --dir     where the scratch directory for the files is made (default: the system
 //           temporary directory); it is removed afterwards
 
+#include "BenchSupport.h"
 #include "BenchTiming.h"
 
 #include "app/MessageSink.h"
@@ -22,12 +23,11 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 #include <sys/resource.h>
@@ -36,70 +36,32 @@
 
 namespace {
 
+using ba::bench::Mebibytes;
 using ba::bench::RunStats;
 using ba::bench::TimeRuns;
 
-struct Options {
-    int runs = 5;
+constexpr ba::bench::Program kProgram{.name = "bench_las_import",
+                                      .usage = "[--runs N] [--rows N] [--curves N] [--dir DIRECTORY]",
+                                      .defaultRuns = 5,
+                                      .fewestRuns = 5};
+
+struct Options : ba::bench::CommonOptions {
     long rows = 1'000'000;
     long curves = 10;
-    std::filesystem::path scratchParent = std::filesystem::temp_directory_path();
 };
-
-[[noreturn]] void UsageError(const std::string& what)
-{
-    std::fprintf(stderr,
-                 "bench_las_import: %s\nusage: bench_las_import [--runs N] [--rows N] [--curves N] [--dir DIRECTORY]\n",
-                 what.c_str());
-    std::exit(2);
-}
-
-long ParseCount(const std::string& option, const std::string& value, long minimum, long maximum)
-{
-    char* end = nullptr;
-    const long n = std::strtol(value.c_str(), &end, 10);
-    if (end == value.c_str() || *end != '\0' || n < minimum || n > maximum) {
-        UsageError(option + " needs a whole number from " + std::to_string(minimum) + " to " +
-                   std::to_string(maximum) + ", not \"" + value + "\"");
-    }
-    return n;
-}
 
 Options ParseOptions(int argc, char** argv)
 {
     Options options;
-    for (int i = 1; i < argc; ++i) {
-        const std::string arg = argv[i];
-        if (i + 1 >= argc) UsageError("missing value after " + arg);
-        const std::string value = argv[++i];
-        if (arg == "--runs") options.runs = static_cast<int>(ParseCount(arg, value, 5, 1000));
-        else if (arg == "--rows") options.rows = ParseCount(arg, value, 1, 100'000'000);
-        else if (arg == "--curves") options.curves = ParseCount(arg, value, 1, 1000);
-        else if (arg == "--dir") options.scratchParent = value;
-        else UsageError("unknown option " + arg);
-    }
+    const auto sizeOption = [&](const std::string& option, const std::string& value) {
+        if (option == "--rows") options.rows = ba::bench::ParseWholeNumber(kProgram, option, value, 1, 100'000'000);
+        else if (option == "--curves") options.curves = ba::bench::ParseWholeNumber(kProgram, option, value, 1, 1000);
+        else return false;
+        return true;
+    };
+    ba::bench::ParseOptions(kProgram, argc, argv, options, sizeOption);
     return options;
 }
-
-class ScratchDirectory {
-public:
-    explicit ScratchDirectory(const std::filesystem::path& parent)
-        : m_path(parent / ("bench_las_import-" + std::to_string(::getpid())))
-    {
-        std::filesystem::create_directories(m_path);
-    }
-    ~ScratchDirectory()
-    {
-        std::error_code ignored; // nothing useful can be done about a leftover scratch file here
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    ScratchDirectory(const ScratchDirectory&) = delete;
-    ScratchDirectory& operator=(const ScratchDirectory&) = delete;
-    const std::filesystem::path& Path() const { return m_path; }
-
-private:
-    std::filesystem::path m_path;
-};
 
 // Writes the file row by row (never held whole): DEPT in metres at 0.1 m, then curves that
 // look like logs, a null every 1009th value.
@@ -163,8 +125,6 @@ double CpuSeconds()
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-double MiB(double bytes) { return bytes / (1024.0 * 1024.0); }
-
 // One import in a child process, so that its peak resident memory is its own.
 void MeasurePeakMemory(const std::filesystem::path& path, const Options& options)
 {
@@ -184,9 +144,9 @@ void MeasurePeakMemory(const std::filesystem::path& path, const Options& options
             const double start = static_cast<double>(before.ru_maxrss) * 1024.0;
             std::printf("  peak resident memory: %.1f MiB (%.1f MiB at the start); samples held: %.1f MiB "
                         "(depth and value floats); growth / held = %.2f\n",
-                        MiB(peak), MiB(start), MiB(held), (peak - start) / held);
+                        Mebibytes(peak), Mebibytes(start), Mebibytes(held), (peak - start) / held);
         } catch (const std::exception& e) {
-            std::fprintf(stderr, "bench_las_import: %s\n", e.what());
+            std::fprintf(stderr, "%s: %s\n", kProgram.name, e.what());
             status = 1;
         }
         std::fflush(stdout);
@@ -217,10 +177,11 @@ void BenchOne(const std::filesystem::path& path, const Options& options, bool de
         [](const std::unique_ptr<ba::CBoreAnalystDoc>&) {});
     const RunStats cpu = ba::bench::Summarise(cpuSeconds);
     const double mb = static_cast<double>(bytes) / 1e6;
-    std::printf("  import, %d runs, wall clock: median %.3f s, min %.3f s, max %.3f s; %.0f MB/s at the median\n",
-                options.runs, wall.median, wall.minimum, wall.maximum, mb / wall.median);
-    std::printf("  import, %d runs, processor time: median %.3f s, min %.3f s, max %.3f s; %.0f MB/s at the median\n\n",
-                options.runs, cpu.median, cpu.minimum, cpu.maximum, mb / cpu.median);
+    for (const auto& [clock, s] : {std::pair{"wall clock", wall}, std::pair{"processor time", cpu}}) {
+        std::printf("  import, %d runs, %s: median %.3f s, min %.3f s, max %.3f s; %.0f MB/s at the median\n",
+                    options.runs, clock, s.median, s.minimum, s.maximum, mb / s.median);
+    }
+    std::printf("\n");
     std::filesystem::remove(path);
 }
 
@@ -229,14 +190,10 @@ void BenchOne(const std::filesystem::path& path, const Options& options, bool de
 int main(int argc, char** argv)
 {
     const Options options = ParseOptions(argc, argv);
-    try {
-        ScratchDirectory scratch(options.scratchParent);
+    return ba::bench::RunMeasurements(kProgram, [&] {
+        const ba::bench::ScratchDirectory scratch(options.scratchParent, kProgram);
         std::printf("LAS import (MB = 10^6 bytes; the file is read just after being written, so it is usually cached)\n\n");
         BenchOne(scratch.Path() / "ascending.las", options, false);
         BenchOne(scratch.Path() / "descending.las", options, true);
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "bench_las_import: %s\n", e.what());
-        return 1;
-    }
-    return 0;
+    });
 }

@@ -1,6 +1,5 @@
 # export-las, export-text, export-wellcad
 target_sources(boreanalyst-cli PRIVATE
-  ${CMAKE_CURRENT_SOURCE_DIR}/ExportLasCommand.cpp
-  ${CMAKE_CURRENT_SOURCE_DIR}/ExportTextCommand.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/ExportFileCommands.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/ExportWellCadCommand.cpp
 )

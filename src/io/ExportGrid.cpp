@@ -1,5 +1,10 @@
 #include "io/ExportGrid.h"
 
+#include "io/ExportFileWriter.h"
+#include "io/ExportReport.h"
+#include "io/FixedText.h"
+#include "io/LineTraceCursor.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -102,6 +107,73 @@ GridLayout LayOutRows(float from, float to, RowDirection direction, float step, 
     rows.count = inside + 1;
     layout.rows = rows;
     return layout;
+}
+
+std::optional<GridExportPlan> PlanGridExport(const CBoreAnalystDoc& doc, RowDirection direction, StepTrace stepTrace,
+                                             const std::filesystem::path& target, IMessageSink& sink)
+{
+    GridExportPlan plan;
+    plan.lines = LineTracesOf(doc);
+    if (plan.lines.empty()) {
+        sink.Error(std::string(kNoLineTracesMessage));
+        return std::nullopt;
+    }
+    const DocumentSpan span = DocumentDepthSpan(doc, target);
+    if (!span.problem.empty()) {
+        sink.Error(span.problem);
+        return std::nullopt;
+    }
+    if (!span.span) return plan; // no trace holds a sample: no rows
+    std::size_t stepIndex = 0;
+    if (stepTrace == StepTrace::FirstLineTrace) {
+        while (&doc.Trace(stepIndex) != plan.lines.front()) ++stepIndex;
+    }
+    const bool downward = direction == RowDirection::Downward;
+    const float from = downward ? span.span->deepest : span.span->shallowest;
+    const float to = downward ? span.span->shallowest : span.span->deepest;
+    const GridLayout layout =
+        LayOutRows(from, to, direction, doc.Trace(stepIndex).SamplingStep(), doc, stepIndex, target);
+    if (!layout.problem.empty()) {
+        sink.Error(layout.problem);
+        return std::nullopt;
+    }
+    plan.span = span.span;
+    plan.rows = layout.rows;
+    return plan;
+}
+
+bool WriteGridFile(const std::filesystem::path& path, std::string_view header,
+                   const std::vector<const CLineTrace*>& lines, const DepthRows& rows, GridRowFormat format,
+                   IMessageSink& sink)
+{
+    try {
+        CExportFileWriter file(path);
+        std::string& out = file.Buffer();
+        out.append(header);
+        file.LineEnd();
+
+        std::vector<CLineTraceCursor> cursors;
+        cursors.reserve(lines.size());
+        for (const CLineTrace* line : lines) cursors.emplace_back(*line);
+        for (std::size_t k = 0; k < rows.count; ++k) {
+            const float depth = rows.At(k);
+            AppendFixed(out, depth, 14, format.depthPrecision);
+            out.append("     ");
+            for (CLineTraceCursor& cursor : cursors) {
+                const float value = cursor.ValueAt(depth);
+                if (IsNullSample(value)) AppendFixed(out, kNullValue, 14, 2);
+                else AppendFixed(out, value, 14, format.valuePrecision);
+                out.append("     ");
+            }
+            out.push_back('\n');
+            file.LineEnd();
+        }
+        file.Commit();
+    } catch (const ExportFileError& error) {
+        ReportExportFileError(error, sink);
+        return false;
+    }
+    return true;
 }
 
 std::string BlanksToUnderscores(std::string text)

@@ -1,12 +1,14 @@
 #pragma once
 // What the LAS and text exports share: the line traces they write, the document's depth
-// range, and the rows of the common depth grid the values are sampled on.
+// range, the rows of the common depth grid the values are sampled on, and the writing of
+// those rows to the file.
 //
 // Row k lies at from -/+ k * step, computed afresh for each row in double precision and
 // rounded to a float (the depth type of the traces), rather than by adding the step up
 // row after row: the depths do not drift over a long log, and the number of rows is
 // known, and bounded, before anything is written.
 
+#include "app/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/LineTrace.h"
 
@@ -70,6 +72,39 @@ struct GridLayout {
 };
 GridLayout LayOutRows(float from, float to, RowDirection direction, float step, const CBoreAnalystDoc& doc,
                       std::size_t stepTrace, const std::filesystem::path& target);
+
+// Whose sampling step the rows are laid out by: the document's first trace, of whatever
+// kind, or its first line trace.
+enum class StepTrace { FirstTrace, FirstLineTrace };
+
+// What an export of `doc` to `target` writes: the line traces, and the rows of the
+// document's whole depth span walked by the sampling step of `stepTrace`, from the deepest
+// depth (Downward) or from the shallowest (Upward). A document whose traces hold no samples
+// has no span and no rows. A document without line traces (kNoLineTracesMessage), or with
+// a span or step that cannot be walked (as DocumentDepthSpan and LayOutRows word it), is
+// reported to `sink` and gives no plan.
+struct GridExportPlan {
+    std::vector<const CLineTrace*> lines;
+    std::optional<DepthSpan> span;
+    DepthRows rows;
+};
+std::optional<GridExportPlan> PlanGridExport(const CBoreAnalystDoc& doc, RowDirection direction, StepTrace stepTrace,
+                                             const std::filesystem::path& target, IMessageSink& sink);
+
+// How the rows are written: the depth, then the value of each line trace, every field
+// right-aligned in 14 characters and followed by five blanks. A null value is written as
+// the null value with two decimals, whatever `valuePrecision` says.
+struct GridRowFormat {
+    int depthPrecision = 0;
+    int valuePrecision = 0;
+};
+
+// Writes `header` and then a row for each depth of `rows`, with the values `lines` have
+// there, to `path` through a CExportFileWriter (so atomically). A file that cannot be
+// created or written is reported to `sink` and gives false.
+bool WriteGridFile(const std::filesystem::path& path, std::string_view header,
+                   const std::vector<const CLineTrace*>& lines, const DepthRows& rows, GridRowFormat format,
+                   IMessageSink& sink);
 
 // `text` with every blank replaced by an underscore.
 std::string BlanksToUnderscores(std::string text);

@@ -1,10 +1,7 @@
 #include "io/LasExport.h"
 
-#include "io/ExportFileWriter.h"
 #include "io/ExportGrid.h"
-#include "io/ExportReport.h"
 #include "io/FixedText.h"
-#include "io/LineTraceCursor.h"
 #include "model/Cp1252.h"
 
 #include <string_view>
@@ -43,9 +40,10 @@ void AppendLine(std::string& out, std::string_view line)
     out.push_back('\n');
 }
 
-void AppendHeader(std::string& out, const CBoreAnalystDoc& doc, const std::vector<const CLineTrace*>& lines,
-                  bool metres, float strt, float stop, float step)
+std::string LasHeader(const CBoreAnalystDoc& doc, const std::vector<const CLineTrace*>& lines, bool metres, float strt,
+                      float stop, float step)
 {
+    std::string out;
     AppendLine(out, "~V");
     AppendLine(out, "VERS .               2.0 :   CWLS log ASCII Standard -VERSION 2.0");
     AppendLine(out, "WRAP.                NO  :   One line per depth step");
@@ -78,69 +76,23 @@ void AppendHeader(std::string& out, const CBoreAnalystDoc& doc, const std::vecto
                             Utf8ToCp1252(line->Name()));
     }
     AppendLine(out, "~A");
+    return out;
 }
 
 } // namespace
 
 bool ExportLas(const CBoreAnalystDoc& doc, const std::filesystem::path& path, IMessageSink& sink)
 {
-    const std::vector<const CLineTrace*> lines = LineTracesOf(doc);
-    if (lines.empty()) {
-        sink.Error(std::string(kNoLineTracesMessage));
-        return false;
-    }
-    // The document's first trace, of whatever kind, decides the unit and the step.
+    // The document's first trace, of whatever kind, decides the unit and the step. A
+    // document whose traces hold no samples gets the header and no data.
+    const auto plan = PlanGridExport(doc, RowDirection::Downward, StepTrace::FirstTrace, path, sink);
+    if (!plan) return false;
     const CTrace& first = doc.Trace(0);
     const bool metres = first.DepthUnit() == kDepthMetres;
-    const float step = first.SamplingStep();
-
-    const DocumentSpan span = DocumentDepthSpan(doc, path);
-    if (!span.problem.empty()) {
-        sink.Error(span.problem);
-        return false;
-    }
-    // A document whose traces hold no samples gets the header and no data.
-    DepthRows rows;
-    if (span.span) {
-        const GridLayout layout =
-            LayOutRows(span.span->deepest, span.span->shallowest, RowDirection::Downward, step, doc, 0, path);
-        if (!layout.problem.empty()) {
-            sink.Error(layout.problem);
-            return false;
-        }
-        rows = layout.rows;
-    }
-    const float strt = span.span ? span.span->deepest : 0.0f;
-    const float stop = span.span ? span.span->shallowest : 0.0f;
-
-    try {
-        CExportFileWriter file(path);
-        std::string& out = file.Buffer();
-        AppendHeader(out, doc, lines, metres, strt, stop, step);
-        file.LineEnd();
-
-        std::vector<CLineTraceCursor> cursors;
-        cursors.reserve(lines.size());
-        for (const CLineTrace* line : lines) cursors.emplace_back(*line);
-        for (std::size_t k = 0; k < rows.count; ++k) {
-            const float depth = rows.At(k);
-            AppendFixed(out, depth, 14, 3);
-            out.append("     ");
-            for (CLineTraceCursor& cursor : cursors) {
-                const float value = cursor.ValueAt(depth);
-                if (IsNullSample(value)) AppendFixed(out, kNullValue, 14, 2);
-                else AppendFixed(out, value, 14, 4);
-                out.append("     ");
-            }
-            out.push_back('\n');
-            file.LineEnd();
-        }
-        file.Commit();
-    } catch (const ExportFileError& error) {
-        ReportExportFileError(error, sink);
-        return false;
-    }
-    return true;
+    const float strt = plan->span ? plan->span->deepest : 0.0f;
+    const float stop = plan->span ? plan->span->shallowest : 0.0f;
+    const std::string header = LasHeader(doc, plan->lines, metres, strt, stop, first.SamplingStep());
+    return WriteGridFile(path, header, plan->lines, plan->rows, {.depthPrecision = 3, .valuePrecision = 4}, sink);
 }
 
 } // namespace ba

@@ -18,30 +18,13 @@
 namespace ba {
 namespace {
 
+using test::Exported;
 using test::GammaRay;
 using test::LineRecipe;
 using test::MakeDocument;
 using test::Resistivity;
-using test::SplitLines;
 
-struct Exported {
-    bool ok = false;
-    std::vector<std::string> messages;
-    std::vector<std::string> lines;
-    std::vector<std::string> files; // what the folder holds afterwards
-};
-
-Exported Export(const CBoreAnalystDoc& doc)
-{
-    test::TempDir dir;
-    CollectingMessageSink sink;
-    Exported result;
-    result.ok = ExportLas(doc, dir.Path("out.las"), sink);
-    result.messages = sink.Texts();
-    result.lines = SplitLines(dir.Read("out.las"));
-    result.files = dir.FileNames();
-    return result;
-}
+Exported Export(const CBoreAnalystDoc& doc) { return test::ExportInScratchFolder(ExportLas, doc, "out.las"); }
 
 // Lines from..to-1 of `lines`.
 std::vector<std::string> Slice(const std::vector<std::string>& lines, std::size_t from, std::size_t to)
@@ -195,10 +178,7 @@ TEST(ExportLas, FirstTraceOfAnyKindSetsUnitAndStepAndEveryTraceTheRange)
     // A feet image trace at 9 and 13 m (29.52756 and 42.65092 ft) comes first: the file is
     // in feet, steps by its (42.65092 - 29.52756) / 2 = 6.56168, and spans 42.651 down to
     // the gamma ray's 10 (its metres, not converted). No row reaches the gamma ray's 10-12.
-    auto doc = MakeDocument("W", {});
-    doc->AddTrace(test::MakeImage({9.0f, 13.0f}, kDepthFeet));
-    doc->AddTrace(test::MakeLine(GammaRay()));
-    const Exported out = Export(*doc);
+    const Exported out = Export(*test::FeetImageThenGammaRay());
     ASSERT_TRUE(out.ok);
     EXPECT_EQ(Slice(out.lines, 4, 7), (std::vector<std::string>{"STRT.FT              42.651          :START DEPTH",
                                                                 "STOP.FT              10.000          :START DEPTH",
@@ -242,16 +222,15 @@ TEST(ExportLas, RefusalsWriteNothing)
         std::unique_ptr<CBoreAnalystDoc> doc;
         std::string message;
     };
-    Case cases[] = {
+    const Case cases[] = {
         {"empty document", MakeDocument("W", {}), "Error: No line traces present to export."},
-        {"image traces only", MakeDocument("W", {}), "Error: No line traces present to export."},
+        {"image traces only", test::ImageOnlyDocument(), "Error: No line traces present to export."},
         {"infinite depth", MakeDocument("W", {unbounded}),
          "has a depth that is not a finite number at sample 4."},
         {"over 100 million rows", MakeDocument("W", {finelySampled, deepRes}), "gives more than 100000000 rows."},
         {"descending depths", MakeDocument("W", {backwards}),
          "is -0.4, not a positive number; its depths do not ascend."},
     };
-    cases[1].doc->AddTrace(test::MakeImage({1.0f, 2.0f}, kDepthMetres));
     for (const auto& c : cases) {
         const Exported out = Export(*c.doc);
         EXPECT_FALSE(out.ok) << c.name;

@@ -1,10 +1,13 @@
 #pragma once
 // Documents for the export tests, small enough that every expected line can be worked
-// out by hand.
+// out by hand, and a file export run in a folder of its own.
 
+#include "app/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/LineTrace.h"
+#include "support/TempDir.h"
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
@@ -83,6 +86,24 @@ inline std::unique_ptr<CBoreAnalystDoc> MakeDocument(std::string title, const st
     return doc;
 }
 
+// A feet image trace at 9 and 13 m (29.52756 and 42.65092 ft), then the gamma ray: the
+// first trace is not a line trace, and it reaches beyond the gamma ray at both ends.
+inline std::unique_ptr<CBoreAnalystDoc> FeetImageThenGammaRay()
+{
+    auto doc = MakeDocument("W", {});
+    doc->AddTrace(MakeImage({9.0f, 13.0f}, kDepthFeet));
+    doc->AddTrace(MakeLine(GammaRay()));
+    return doc;
+}
+
+// A document whose only trace is an image, so it has nothing to export.
+inline std::unique_ptr<CBoreAnalystDoc> ImageOnlyDocument()
+{
+    auto doc = MakeDocument("W", {});
+    doc->AddTrace(MakeImage({1.0f, 2.0f}, kDepthMetres));
+    return doc;
+}
+
 // The lines of a text, each without its '\n'; a last line without one is kept too.
 inline std::vector<std::string> SplitLines(const std::string& text)
 {
@@ -98,6 +119,29 @@ inline std::vector<std::string> SplitLines(const std::string& text)
         start = end + 1;
     }
     return lines;
+}
+
+// What a file export reported and left behind.
+struct Exported {
+    bool ok = false;
+    std::vector<std::string> messages;
+    std::vector<std::string> lines;
+    std::vector<std::string> files; // what the folder holds afterwards
+};
+
+using FileExport = bool (*)(const CBoreAnalystDoc& doc, const std::filesystem::path& path, IMessageSink& sink);
+
+// Exports `doc` to `fileName` in an empty scratch folder.
+inline Exported ExportInScratchFolder(FileExport exportTo, const CBoreAnalystDoc& doc, const std::string& fileName)
+{
+    TempDir dir;
+    CollectingMessageSink sink;
+    Exported result;
+    result.ok = exportTo(doc, dir.Path(fileName), sink);
+    result.messages = sink.Texts();
+    result.lines = SplitLines(dir.Read(fileName));
+    result.files = dir.FileNames();
+    return result;
 }
 
 } // namespace ba::test

@@ -11,30 +11,13 @@
 namespace ba {
 namespace {
 
+using test::Exported;
 using test::GammaRay;
 using test::LineRecipe;
 using test::MakeDocument;
 using test::Resistivity;
-using test::SplitLines;
 
-struct Exported {
-    bool ok = false;
-    std::vector<std::string> messages;
-    std::vector<std::string> lines;
-    std::vector<std::string> files;
-};
-
-Exported Export(const CBoreAnalystDoc& doc)
-{
-    test::TempDir dir;
-    CollectingMessageSink sink;
-    Exported result;
-    result.ok = ExportText(doc, dir.Path("out.txt"), sink);
-    result.messages = sink.Texts();
-    result.lines = SplitLines(dir.Read("out.txt"));
-    result.files = dir.FileNames();
-    return result;
-}
+Exported Export(const CBoreAnalystDoc& doc) { return test::ExportInScratchFolder(ExportText, doc, "out.txt"); }
 
 TEST(ExportText, NamesAndUnitsLines)
 {
@@ -91,10 +74,7 @@ TEST(ExportText, FirstLineTraceSetsUnitAndStepAndEveryTraceTheRange)
     // A feet image trace (29.52756 to 42.65092 ft) comes first but only line traces count for
     // the unit label and the step (0.4): the rows run from the gamma ray's 10 m up to the
     // image's 42.65092, 82 of them.
-    auto doc = MakeDocument("W", {});
-    doc->AddTrace(test::MakeImage({9.0f, 13.0f}, kDepthFeet));
-    doc->AddTrace(test::MakeLine(GammaRay()));
-    const Exported out = Export(*doc);
+    const Exported out = Export(*test::FeetImageThenGammaRay());
     ASSERT_TRUE(out.ok);
     ASSERT_EQ(out.lines.size(), 2u + 82u);
     EXPECT_EQ(out.lines[0], "\"Depth\"     \"Gamma_Ray\"     ");
@@ -106,8 +86,7 @@ TEST(ExportText, FirstLineTraceSetsUnitAndStepAndEveryTraceTheRange)
 TEST(ExportText, NoLineTraceIsRefused)
 {
     const auto empty = MakeDocument("W", {});
-    const auto imagesOnly = MakeDocument("W", {});
-    imagesOnly->AddTrace(test::MakeImage({1.0f, 2.0f}, kDepthMetres));
+    const auto imagesOnly = test::ImageOnlyDocument();
     for (const CBoreAnalystDoc* doc : {empty.get(), imagesOnly.get()}) {
         const Exported out = Export(*doc);
         EXPECT_FALSE(out.ok);

@@ -7,8 +7,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ba {
@@ -62,6 +64,65 @@ LineRecipe ThreeSampleGr()
     return recipe;
 }
 
+// A value as the journal writes it: {"TYPE": VALUE}, VALUE in JSON.
+std::string JournalValue(const std::string& type, const std::string& json)
+{
+    return "{\"" + type + "\": " + json + "}";
+}
+
+// A call as the journal writes it; a call that answers nothing has no result.
+std::string JournalCall(const std::string& object, int dispid, const std::string& kind, const std::string& args,
+                        const std::string& result = "")
+{
+    std::string json = "{\"object\": \"" + object + "\", \"dispid\": " + std::to_string(dispid) + ", \"kind\": \"" +
+                       kind + "\", \"args\": [" + args + "]";
+    if (!result.empty()) json += ", \"result\": " + result;
+    return json + "}";
+}
+
+// The arguments, in JSON, that one log is made with.
+struct ExpectedLog {
+    std::string title;
+    std::string scaleLeft, scaleRight;
+    std::string positionLeft, positionRight;
+    std::string colour;
+    std::string penWidth;
+    std::string styled;
+    std::string bottomDepth;
+    std::string step;
+    std::string progress; // of the status before the values: "trace N of M; line 0 of S"
+    std::vector<std::string> values;
+};
+
+// Appends what the journal shows for one log: its insertion, its settings in the order
+// they are made, the status, and a call for each value.
+void AppendLogJournal(std::vector<std::string>& journal, const std::string& log, const ExpectedLog& e)
+{
+    const auto put = [&](int dispid, const std::string& type, const std::string& json) {
+        journal.push_back(JournalCall(log, dispid, "put", JournalValue(type, json)));
+    };
+    const auto floats = [](const std::string& a, const std::string& b) {
+        return JournalValue("float", a) + ", " + JournalValue("float", b);
+    };
+    journal.push_back(
+        JournalCall("borehole", 13, "method", JournalValue("int16", "1"), JournalValue("object", "\"" + log + "\"")));
+    put(1, "string", "\"" + e.title + "\"");
+    put(9, "float", e.scaleLeft);
+    put(10, "float", e.scaleRight);
+    journal.push_back(JournalCall(log, 35, "method", floats(e.positionLeft, e.positionRight)));
+    put(12, "int32", e.colour);
+    put(13, "int16", e.penWidth);
+    put(11, "bool", e.styled);
+    put(6, "float", e.bottomDepth);
+    put(27, "float", e.step);
+    journal.push_back("{\"status\": \"WellCAD Automation: Writing " + e.progress +
+                      " to WellCAD file...please wait.\"}");
+    for (const std::string& value : e.values) {
+        const std::string args = JournalValue("int32", "0") + ", " + JournalValue("float", value);
+        journal.push_back(JournalCall(log, 48, "method", args));
+    }
+}
+
 TEST(ExportWellCad, EveryCallInOrderWhenTheFirstTraceIsAnImage)
 {
     // The feet image trace sets the depth unit (1, feet) but gets no log; it still counts
@@ -81,10 +142,14 @@ TEST(ExportWellCad, EveryCallInOrderWhenTheFirstTraceIsAnImage)
     doc->AddTrace(test::MakeLine(ThreeSampleGr()));
     doc->AddTrace(test::MakeLine(res));
 
-    const Recorded run = ExportRecorded(*doc);
-    EXPECT_TRUE(run.ok);
-    EXPECT_TRUE(run.messages.empty());
-    const std::vector<std::string> expected = {
+    // Each log is inserted, set up and filled by the same calls; only the arguments differ.
+    const ExpectedLog logs[] = {
+        {"GR(API)", "0", "150", "0", "0.3", "0", "3", "false", "11", "0.33333334", "trace 2 of 3; line 0 of 3",
+         {"20", "-9999.99", "40"}},
+        {"RES(ohmm)", "0.2", "20", "0.4", "1", "16711680", "6", "true", "10.5", "0.25", "trace 3 of 3; line 0 of 2",
+         {"2.5", "4"}},
+    };
+    std::vector<std::string> expected = {
         R"j({"status": "Initializing WellCAD Automation...please wait."})j",
         R"j({"create": "WellCAD.Borehole", "result": {"object": "borehole"}})j",
         R"j({"object": "borehole", "dispid": 8, "kind": "get", "args": [], "result": {"int16": 3}})j",
@@ -93,35 +158,14 @@ TEST(ExportWellCad, EveryCallInOrderWhenTheFirstTraceIsAnImage)
         R"j({"object": "borehole", "dispid": 6, "kind": "get", "args": [], "result": {"object": "settings"}})j",
         R"j({"object": "settings", "dispid": 5, "kind": "put", "args": [{"int16": 1}]})j",
         R"j({"object": "settings", "dispid": 8, "kind": "method", "args": [{"float": 0.3}, {"float": 0.4}]})j",
-        R"j({"object": "borehole", "dispid": 13, "kind": "method", "args": [{"int16": 1}], "result": {"object": "log 0"}})j",
-        R"j({"object": "log 0", "dispid": 1, "kind": "put", "args": [{"string": "GR(API)"}]})j",
-        R"j({"object": "log 0", "dispid": 9, "kind": "put", "args": [{"float": 0}]})j",
-        R"j({"object": "log 0", "dispid": 10, "kind": "put", "args": [{"float": 150}]})j",
-        R"j({"object": "log 0", "dispid": 35, "kind": "method", "args": [{"float": 0}, {"float": 0.3}]})j",
-        R"j({"object": "log 0", "dispid": 12, "kind": "put", "args": [{"int32": 0}]})j",
-        R"j({"object": "log 0", "dispid": 13, "kind": "put", "args": [{"int16": 3}]})j",
-        R"j({"object": "log 0", "dispid": 11, "kind": "put", "args": [{"bool": false}]})j",
-        R"j({"object": "log 0", "dispid": 6, "kind": "put", "args": [{"float": 11}]})j",
-        R"j({"object": "log 0", "dispid": 27, "kind": "put", "args": [{"float": 0.33333334}]})j",
-        R"j({"status": "WellCAD Automation: Writing trace 2 of 3; line 0 of 3 to WellCAD file...please wait."})j",
-        R"j({"object": "log 0", "dispid": 48, "kind": "method", "args": [{"int32": 0}, {"float": 20}]})j",
-        R"j({"object": "log 0", "dispid": 48, "kind": "method", "args": [{"int32": 0}, {"float": -9999.99}]})j",
-        R"j({"object": "log 0", "dispid": 48, "kind": "method", "args": [{"int32": 0}, {"float": 40}]})j",
-        R"j({"object": "borehole", "dispid": 13, "kind": "method", "args": [{"int16": 1}], "result": {"object": "log 1"}})j",
-        R"j({"object": "log 1", "dispid": 1, "kind": "put", "args": [{"string": "RES(ohmm)"}]})j",
-        R"j({"object": "log 1", "dispid": 9, "kind": "put", "args": [{"float": 0.2}]})j",
-        R"j({"object": "log 1", "dispid": 10, "kind": "put", "args": [{"float": 20}]})j",
-        R"j({"object": "log 1", "dispid": 35, "kind": "method", "args": [{"float": 0.4}, {"float": 1}]})j",
-        R"j({"object": "log 1", "dispid": 12, "kind": "put", "args": [{"int32": 16711680}]})j",
-        R"j({"object": "log 1", "dispid": 13, "kind": "put", "args": [{"int16": 6}]})j",
-        R"j({"object": "log 1", "dispid": 11, "kind": "put", "args": [{"bool": true}]})j",
-        R"j({"object": "log 1", "dispid": 6, "kind": "put", "args": [{"float": 10.5}]})j",
-        R"j({"object": "log 1", "dispid": 27, "kind": "put", "args": [{"float": 0.25}]})j",
-        R"j({"status": "WellCAD Automation: Writing trace 3 of 3; line 0 of 2 to WellCAD file...please wait."})j",
-        R"j({"object": "log 1", "dispid": 48, "kind": "method", "args": [{"int32": 0}, {"float": 2.5}]})j",
-        R"j({"object": "log 1", "dispid": 48, "kind": "method", "args": [{"int32": 0}, {"float": 4}]})j",
-        R"j({"object": "borehole", "dispid": 15, "kind": "method", "args": [{"string": "C:\\wells\\out.wcl"}], "result": {"bool": true}})j",
     };
+    for (std::size_t i = 0; i < std::size(logs); ++i) AppendLogJournal(expected, "log " + std::to_string(i), logs[i]);
+    expected.push_back(
+        R"j({"object": "borehole", "dispid": 15, "kind": "method", "args": [{"string": "C:\\wells\\out.wcl"}], "result": {"bool": true}})j");
+
+    const Recorded run = ExportRecorded(*doc);
+    EXPECT_TRUE(run.ok);
+    EXPECT_TRUE(run.messages.empty());
     EXPECT_EQ(run.journal, expected);
 }
 
@@ -190,15 +234,17 @@ TEST(ExportWellCad, PositionByTrackAndPenWidthAndStyle)
         recipe.penWidth = c.penWidth;
         recipe.penStyle = c.penStyle;
         const Recorded run = ExportRecorded(*MakeDocument("W", {recipe}));
-        const auto position = CallsTo(run, "log 0", 35);
-        ASSERT_EQ(position.size(), 1u) << c.track;
-        EXPECT_EQ(position[0]->args, (std::vector<AutomationValue>{c.left, c.right})) << c.track;
-        const auto width = CallsTo(run, "log 0", 13);
-        ASSERT_EQ(width.size(), 1u);
-        EXPECT_EQ(width[0]->args, std::vector<AutomationValue>{c.width}) << c.track;
-        const auto style = CallsTo(run, "log 0", 11);
-        ASSERT_EQ(style.size(), 1u);
-        EXPECT_EQ(style[0]->args, std::vector<AutomationValue>{c.styled}) << c.track;
+        // SetPosition, SetPenWidth and SetPenStyle, each made once.
+        const std::pair<DispatchId, std::vector<AutomationValue>> calls[] = {
+            {35, {c.left, c.right}},
+            {13, {c.width}},
+            {11, {c.styled}},
+        };
+        for (const auto& [dispid, args] : calls) {
+            const auto made = CallsTo(run, "log 0", dispid);
+            ASSERT_EQ(made.size(), 1u) << c.track << ", dispid " << dispid;
+            EXPECT_EQ(made[0]->args, args) << c.track << ", dispid " << dispid;
+        }
     }
 }
 

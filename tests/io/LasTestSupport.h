@@ -5,6 +5,8 @@
 #include "app/MessageSink.h"
 #include "io/LasReader.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <string>
 #include <string_view>
@@ -56,6 +58,19 @@ inline std::string AllMessages(const CollectingMessageSink& sink)
     std::string all;
     for (const Message& m : sink.messages) all += m.text + "\n";
     return all;
+}
+
+// Nothing reported when `expected` is empty; otherwise a message that contains it. A
+// failure lists every message.
+inline ::testing::AssertionResult ReportsMessageOrNothing(const CollectingMessageSink& sink, std::string_view expected)
+{
+    if (expected.empty() ? sink.messages.empty() : AnyMessageContains(sink, expected)) {
+        return ::testing::AssertionSuccess();
+    }
+    auto failure = ::testing::AssertionFailure();
+    if (expected.empty()) failure << "expected no message, got:\n";
+    else failure << "expected a message containing \"" << expected << "\", got:\n";
+    return failure << AllMessages(sink);
 }
 
 } // namespace ba::test
