@@ -1,0 +1,137 @@
+#include "model/TraceClipboard.h"
+
+#include "model/Archive.h"
+#include "model/ClipboardBlock.h"
+#include "model/ClipboardSync.h"
+#include "model/LineTrace.h"
+#include "model/TraceClasses.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <stdexcept>
+
+namespace ba {
+namespace {
+
+constexpr float kNoShallowestDepth = 9999.9f;
+
+std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+
+std::string EntryPlace(std::string_view source, std::size_t index, std::size_t count, std::size_t offset)
+{
+    return "Error: " + std::string(source) + ": clipboard entry " + std::to_string(index + 1) + " of " +
+           std::to_string(count) + " (byte offset " + std::to_string(offset) + ")";
+}
+
+// The message for an entry that is well framed but cannot be built by this version.
+std::string LeftOutMessage(std::string_view source, std::size_t index, std::size_t count,
+                           const ClipboardEntry& entry)
+{
+    const std::string place = EntryPlace(source, index, count, entry.offset);
+    const TraceClassInfo* info = entry.kind >= 0 ? TraceClassForKind(static_cast<std::uint32_t>(entry.kind)) : nullptr;
+    if (info == nullptr) return place + " has the unknown kind code " + std::to_string(entry.kind) + "; it is left out.";
+    return place + " holds a " + std::string(info->className) + ", which this version cannot paste; it is left out.";
+}
+
+void TakeDocumentAxis(const CBoreAnalystDoc& doc, CTrace& pasted)
+{
+    pasted.SetDepthUnit(doc.Trace(0).DepthUnit());
+    pasted.SetVerticalScale(doc.Trace(0).VerticalScale());
+}
+
+} // namespace
+
+std::optional<std::vector<std::uint8_t>> CopyTraces(std::span<const CTrace* const> traces, IMessageSink& sink)
+{
+    std::vector<ClipboardImage> images;
+    images.reserve(traces.size());
+    for (const CTrace* trace : traces) {
+        const auto* line = dynamic_cast<const CLineTrace*>(trace);
+        if (line == nullptr) {
+            sink.Error("Error: trace " + Quoted(trace->Name()) + " is a " + std::string(trace->ClassName()) +
+                       "; only line traces can be copied in this version.");
+            return std::nullopt;
+        }
+        images.push_back({static_cast<std::int32_t>(TraceKind::Line), LineTraceImage(*line)});
+    }
+    try {
+        return WriteClipboardBlock(images);
+    } catch (const std::length_error& e) {
+        sink.Error(std::string("Error: cannot copy the traces: ") + e.what() + ".");
+        return std::nullopt;
+    }
+}
+
+void ApplyPastedAxis(const CBoreAnalystDoc& doc, CTrace& pasted, std::uint32_t kind, IYesNoQuestion& question,
+                     IMessageSink& sink, PasteResult& result)
+{
+    const bool documentIsTime = IsTimeAxisCode(doc.Trace(0).DepthUnit());
+    const bool traceIsTime = pasted.IsTimeAxis();
+    if (documentIsTime == traceIsTime) {
+        TakeDocumentAxis(doc, pasted);
+        return;
+    }
+    if (kind != static_cast<std::uint32_t>(TraceKind::Line)) {
+        sink.Warning(std::string(kImageAxisMismatchWarning));
+        return;
+    }
+    auto* line = dynamic_cast<CLineTrace*>(&pasted);
+    if (line == nullptr) throw std::logic_error("a pasted trace of the line kind is not a line trace");
+    const std::string_view text = documentIsTime ? kSyncWithDepthQuestion : kSyncWithTimeQuestion;
+    if (!question.AskYesNo(std::string(text))) return;
+    const SynchroniseResult sync = SynchroniseTrace(doc, *line, sink);
+    if (sync.done) {
+        ++result.synchronised;
+        result.droppedSamples += sync.dropped;
+    }
+}
+
+double FreshDocumentTopDepth(const CBoreAnalystDoc& doc)
+{
+    float shallowest = kNoShallowestDepth;
+    for (std::size_t i = 0; i < doc.TraceCount(); ++i) shallowest = std::min(shallowest, doc.Trace(i).FirstDepth());
+    return std::floor(std::trunc(static_cast<double>(shallowest)) / 100.0) * 100.0;
+}
+
+PasteResult PasteTraces(CBoreAnalystDoc& doc, std::optional<std::span<const std::uint8_t>> block,
+                        std::string_view source, IYesNoQuestion& question, IMessageSink& sink)
+{
+    PasteResult result;
+    if (block) {
+        // Everything is decoded before the document is touched, so a damaged block changes
+        // nothing; only then are the left-out entries reported.
+        std::vector<std::unique_ptr<CTrace>> traces;
+        std::vector<std::string> leftOut;
+        try {
+            const std::vector<ClipboardEntry> entries = ReadClipboardEntries(*block);
+            for (std::size_t i = 0; i < entries.size(); ++i) {
+                if (entries[i].kind == static_cast<std::int32_t>(TraceKind::Line)) {
+                    traces.push_back(ReadLineTraceImage(*block, entries[i]));
+                } else {
+                    leftOut.push_back(LeftOutMessage(source, i, entries.size(), entries[i]));
+                }
+            }
+        } catch (const ArchiveException& e) {
+            sink.Error("Error: cannot paste from " + std::string(source) + ": " + e.what() + ".");
+            result.refused = true;
+            return result;
+        }
+        for (auto& message : leftOut) sink.Error(std::move(message));
+        result.skipped = leftOut.size();
+
+        result.freshDocument = doc.TraceCount() == 0;
+        for (auto& trace : traces) {
+            const auto kind = static_cast<std::uint32_t>(trace->Kind());
+            CTrace& added = doc.AddTrace(std::move(trace));
+            ++result.added;
+            if (!result.freshDocument) ApplyPastedAxis(doc, added, kind, question, sink, result);
+        }
+        if (result.freshDocument) result.topDepth = FreshDocumentTopDepth(doc);
+    }
+    doc.UpdateAllViews();
+    doc.SetModified(true);
+    return result;
+}
+
+} // namespace ba
