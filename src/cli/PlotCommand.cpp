@@ -1,0 +1,213 @@
+// plot DOC.bal -o OUT.png|OUT.pdf: renders the log plot the window shows, without a
+// window: a PNG image, or a vector PDF page of the same size.
+
+#include "cli/Command.h"
+#include "cli/DocumentAccess.h"
+#include "cli/OptionParsers.h"
+#include "view/LogPlotRenderer.h"
+#include "view/PlotText.h"
+
+#include <QGuiApplication>
+#include <QImage>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSaveFile>
+
+#include <cmath>
+#include <filesystem>
+#include <limits>
+#include <memory>
+#include <string>
+
+namespace ba::cli {
+namespace {
+
+constexpr int kScreenDotsPerInch = 96;
+constexpr int kPdfDotsPerInch = 600;
+constexpr double kCentimetresPerInch = 2.54;
+constexpr int kSmallestSide = 16;
+constexpr int kLargestSide = 20000;
+
+struct PlotOptions {
+    std::string document;
+    std::string output;
+    std::string topText;
+    float top = 0.0f;
+    std::string scaleText;
+    float scale = 0.0f;
+    int width = 850;
+    int height = 1100;
+};
+
+enum class PlotFormat { Png, Pdf };
+
+std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
+
+PlotFormat FormatOf(const std::string& output)
+{
+    std::string extension = std::filesystem::path(output).extension().string();
+    for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (extension == ".png") return PlotFormat::Png;
+    if (extension == ".pdf") return PlotFormat::Pdf;
+    throw CommandFailure(kExitUsage, "Error: cannot tell the format of " + Quoted(output) +
+                                         ": the output name must end in .png or .pdf.");
+}
+
+// The plot starts at the document's smallest depth rounded down to a multiple of 100.
+float DefaultTop(const CBoreAnalystDoc& doc)
+{
+    float smallest = std::numeric_limits<float>::infinity();
+    for (std::size_t i = 0; i < doc.TraceCount(); ++i) {
+        const CTrace& trace = doc.Trace(i);
+        if (trace.SampleCount() != 0) smallest = std::min(smallest, trace.FirstDepth());
+    }
+    if (!std::isfinite(smallest)) return 0.0f;
+    return static_cast<float>(std::floor(smallest / 100.0) * 100.0);
+}
+
+// Qt's messages go to standard error as usual, except its note that the per-user runtime
+// folder is unset: the offscreen platform never uses that folder, and on servers and in
+// containers the note would follow every plot.
+QtMessageHandler g_defaultQtHandler = nullptr;
+
+void FilterQtMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    if (message.startsWith(QStringLiteral("QStandardPaths: XDG_RUNTIME_DIR not set"))) return;
+    if (g_defaultQtHandler != nullptr) g_defaultQtHandler(type, context, message);
+}
+
+// Painting needs a GUI application object; the tool never shows a window, so the
+// offscreen platform serves unless the user chose another.
+void EnsureGuiApplication()
+{
+    if (QGuiApplication::instance() != nullptr) return;
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    g_defaultQtHandler = qInstallMessageHandler(FilterQtMessage);
+    static int argc = 1;
+    static char name[] = "boreanalyst-cli";
+    static char* argv[] = {name, nullptr};
+    static QGuiApplication app(argc, argv);
+}
+
+void Commit(QSaveFile& file, const std::string& output)
+{
+    if (!file.commit())
+        throw CommandFailure(kExitFailure, "Error: cannot write " + Quoted(output) + ": " +
+                                               file.errorString().toStdString() + ".");
+}
+
+void WritePng(const CBoreAnalystDoc& doc, PlotViewport viewport, const std::string& output)
+{
+    QImage image(viewport.pixelSize, QImage::Format_RGB32);
+    if (image.isNull())
+        throw CommandFailure(kExitFailure, "Error: out of memory for a " + std::to_string(viewport.pixelSize.width()) +
+                                               " x " + std::to_string(viewport.pixelSize.height()) + " image.");
+    viewport.dotsPerCentimetre = kScreenDotsPerInch / kCentimetresPerInch;
+    {
+        QPainter painter(&image);
+        CLogPlotRenderer().Paint(painter, doc, viewport);
+    }
+    QSaveFile file(QString::fromStdString(output));
+    if (!file.open(QIODevice::WriteOnly))
+        throw CommandFailure(kExitFailure, "Error: cannot write " + Quoted(output) + ": " +
+                                               file.errorString().toStdString() + ".");
+    if (!image.save(&file, "PNG")) {
+        file.cancelWriting();
+        throw CommandFailure(kExitFailure, "Error: cannot write " + Quoted(output) + ": " +
+                                               file.errorString().toStdString() + ".");
+    }
+    Commit(file, output);
+}
+
+// A page of the plot's size at screen resolution, drawn at a finer one so that the
+// curves keep their detail when the PDF is enlarged.
+void WritePdf(const CBoreAnalystDoc& doc, PlotViewport viewport, const std::string& output)
+{
+    QSaveFile file(QString::fromStdString(output));
+    if (!file.open(QIODevice::WriteOnly))
+        throw CommandFailure(kExitFailure, "Error: cannot write " + Quoted(output) + ": " +
+                                               file.errorString().toStdString() + ".");
+    {
+        QPdfWriter writer(&file);
+        writer.setCreator(QStringLiteral("BoreAnalyst"));
+        writer.setTitle(QString::fromStdString(doc.Header().Title()));
+        writer.setResolution(kPdfDotsPerInch);
+        const QSizeF inches(viewport.pixelSize.width() / double(kScreenDotsPerInch),
+                            viewport.pixelSize.height() / double(kScreenDotsPerInch));
+        writer.setPageSize(QPageSize(inches, QPageSize::Inch));
+        writer.setPageMargins(QMarginsF(0, 0, 0, 0));
+        viewport.pixelSize = QSize(writer.width(), writer.height());
+        viewport.dotsPerCentimetre = kPdfDotsPerInch / kCentimetresPerInch;
+        viewport.printing = true;
+        QPainter painter;
+        if (!painter.begin(&writer)) {
+            file.cancelWriting();
+            throw CommandFailure(kExitFailure, "Error: cannot write " + Quoted(output) + ": the PDF could not be started.");
+        }
+        CLogPlotRenderer().Paint(painter, doc, viewport);
+        painter.end();
+    }
+    Commit(file, output);
+}
+
+void RunPlot(const PlotOptions& options, CommandContext& context)
+{
+    if (!options.scaleText.empty() && !(std::isfinite(options.scale) && options.scale > 0.0f))
+        throw CommandFailure(kExitUsage, "Error: --scale: " + Quoted(options.scaleText) +
+                                             " is not a vertical scale; it must be greater than 0.");
+    const PlotFormat format = FormatOf(options.output);
+    const auto doc = OpenOrFail(options.document, context.sink);
+
+    PlotViewport viewport;
+    viewport.pixelSize = QSize(options.width, options.height);
+    viewport.topDepth = options.topText.empty() ? DefaultTop(*doc) : options.top;
+    viewport.verticalScale = options.scaleText.empty() ? doc->VerticalScale() : options.scale;
+    if (!(std::isfinite(viewport.verticalScale) && viewport.verticalScale > 0.0f)) {
+        throw CommandFailure(kExitFailure, "Error: the vertical scale of " + Quoted(options.document) + " is " +
+                                               LegendNumberText(viewport.verticalScale) +
+                                               ", which cannot be plotted; give one with --scale.");
+    }
+
+    EnsureGuiApplication();
+    if (format == PlotFormat::Png)
+        WritePng(*doc, viewport, options.output);
+    else
+        WritePdf(*doc, viewport, options.output);
+
+    // The depths shown, as the screen draws them (PDF pages hold the same range).
+    viewport.dotsPerCentimetre = kScreenDotsPerInch / kCentimetresPerInch;
+    const float bottom = CLogPlotRenderer().BottomDepth(*doc, viewport);
+    const std::string unit = DepthUnitCaption(DocumentDepthUnit(*doc));
+    context.out << "Wrote " << Quoted(options.output) << ": " << options.width << " x " << options.height
+                << " px, depths " << DepthLabelText(viewport.topDepth, 0.01) << " to " << DepthLabelText(bottom, 0.01)
+                << (unit.empty() ? "" : " " + unit) << " at " << LegendNumberText(viewport.verticalScale)
+                << (unit.empty() ? "" : " " + unit) << "/cm.\n";
+}
+
+} // namespace
+
+Command AddPlotCommand(CLI::App& app)
+{
+    auto options = std::make_shared<PlotOptions>();
+    CLI::App* sub = app.add_subcommand(
+        "plot", "Render the log plot (header, depth column, tracks and line traces) to a PNG image or a PDF page.");
+    sub->add_option("DOC.bal", options->document, "document to plot")->required();
+    sub->add_option("-o,--output", options->output, "the plot file; its name ends in .png or .pdf")->required();
+    sub->add_option("--top", options->topText,
+                    "depth at the top of the tracks, in the document's depth unit (default: the smallest depth "
+                    "rounded down to a multiple of 100)")
+        ->type_name("DEPTH")
+        ->check(FloatInto(options->top));
+    sub->add_option("--scale", options->scaleText,
+                    "depth units per centimetre of plot (default: the document's vertical scale)")
+        ->type_name("SCALE")
+        ->check(FloatInto(options->scale));
+    sub->add_option("--width", options->width, "width in pixels (default 850)")
+        ->check(CLI::Range(kSmallestSide, kLargestSide));
+    sub->add_option("--height", options->height, "height in pixels (default 1100)")
+        ->check(CLI::Range(kSmallestSide, kLargestSide));
+    return {sub, [options](CommandContext& context) { RunPlot(*options, context); }};
+}
+
+} // namespace ba::cli

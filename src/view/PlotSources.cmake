@@ -1,0 +1,7 @@
+# Log plot renderer sources (QPainter, no widgets)
+target_sources(boreanalyst_view PRIVATE
+  ${CMAKE_CURRENT_SOURCE_DIR}/LogPlotRenderer.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/PlotCurve.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/PlotLayout.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/PlotText.cpp
+)

@@ -1,0 +1,15 @@
+// Runs the renderer tests inside a QGuiApplication, which fonts and painting on images
+// need. Without a display the offscreen platform is used, so test discovery at build
+// time works too.
+
+#include <QGuiApplication>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
