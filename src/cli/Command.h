@@ -52,5 +52,9 @@ Command AddExportTextCommand(CLI::App& app);
 Command AddExportWellCadCommand(CLI::App& app);
 Command AddClassifyUnitsCommand(CLI::App& app);
 Command AddConvertUnitsCommand(CLI::App& app);
+// Exists in builds with the GUI (BA_CLI_HAS_PLOT).
+Command AddPlotCommand(CLI::App& app);
+Command AddCopyBlockCommand(CLI::App& app);
+Command AddPasteBlockCommand(CLI::App& app);
 
 } // namespace ba::cli

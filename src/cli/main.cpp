@@ -83,6 +83,10 @@ int main(int argc, char** argv)
         ba::cli::AddImportLasCommand(app),
         ba::cli::AddExportLasCommand(app), ba::cli::AddExportTextCommand(app), ba::cli::AddExportWellCadCommand(app),
         ba::cli::AddClassifyUnitsCommand(app), ba::cli::AddConvertUnitsCommand(app),
+#ifdef BA_CLI_HAS_PLOT
+        ba::cli::AddPlotCommand(app),
+#endif
+        ba::cli::AddCopyBlockCommand(app), ba::cli::AddPasteBlockCommand(app),
     };
 
     if (ReportUnknownCommand(app, argc, argv)) return ba::cli::kExitUsage;

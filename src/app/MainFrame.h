@@ -1,0 +1,153 @@
+#pragma once
+// The main frame of the desktop application: the document area holding one sub-window
+// per open document, the menus, the toolbar, the status bar with the depth and value
+// under the mouse, the recent-file list, and drag-and-drop of document and LAS files.
+//
+// Every command has a method that takes its file name, so the same work runs from a
+// menu (after a file dialog), from the command line, from a drop, and from tests.
+
+#include "app/ShellServices.h"
+
+#include <QMainWindow>
+#include <QStringList>
+
+#include <filesystem>
+#include <memory>
+
+class QAction;
+class QLabel;
+class QMdiArea;
+class QMenu;
+class QPrinter;
+
+namespace ba {
+
+class CBoreAnalystDoc;
+class CDocumentWindow;
+class CMessageBoxSink;
+class CTrace;
+
+inline constexpr char kSettingsOrganisation[] = "Quartzline Geodata";
+inline constexpr char kSettingsApplication[] = "BoreAnalyst";
+
+class CMainFrame final : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit CMainFrame(ShellServices services = {}, QWidget* parent = nullptr);
+    ~CMainFrame() override;
+
+    IMessageSink& Sink() { return *m_sink; }
+    QMdiArea* DocumentArea() const { return m_area; }
+    CDocumentWindow* ActiveDocumentWindow() const;
+    QList<CDocumentWindow*> DocumentWindows() const;
+
+    // Status bar fields.
+    QString DepthReadout() const;
+    QString ValueReadout() const;
+
+    QStringList RecentFiles() const;
+
+    // --- File
+    CDocumentWindow* NewDocument();
+    CDocumentWindow* AddDocument(std::unique_ptr<CBoreAnalystDoc> doc);
+    // Opens a ".bal" file, or brings its window forward when it is open already. Null
+    // when the file cannot be read (the reason is reported).
+    CDocumentWindow* OpenDocumentFile(const QString& path);
+    // A ".las" file is imported into a new document; anything else is opened as a document.
+    CDocumentWindow* OpenOrImport(const QString& path);
+    // Save to the document's own file, or ask for one when it has none yet.
+    bool SaveDocument(CDocumentWindow& window);
+    bool SaveDocumentAs(CDocumentWindow& window, const QString& path);
+    // Imports into the active document, or into a new one when none is open.
+    bool ImportLasFile(const QString& path);
+    bool ExportLasFile(const QString& path);
+    bool ExportTextFile(const QString& path);
+    bool ExportWellCadFile(const QString& path);
+    // ".pdf" gives a PDF page, anything else a PNG image.
+    bool ExportPlotFile(const QString& path);
+    void PrintTo(QPrinter& printer);
+
+    // --- Edit, View, Process
+    bool DeleteSelectedTraces();
+    bool ZoomIn();
+    bool ZoomOut();
+    void GoToDepth(double depth);
+    // Opens the property sheet of `trace` in the active document; true when OK changed it.
+    bool EditTraceProperties(CTrace& trace);
+    bool ConvertUnits();
+
+    // The default file name of a save dialog for the active document: its title and `suffix`.
+    QString DefaultFileName(const QString& suffix) const;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void CreateActions();
+    void CreateMenus();
+    void UpdateActions();
+    void UpdateRecentFilesMenu();
+    void AddRecentFile(const QString& path);
+    bool ConfirmClose(CDocumentWindow& window);
+    QString ChooseFile(const FileDialogRequest& request);
+    const ILicenceCheck& Licence() const;
+    void ShowReadout(const QString& depth, const QString& value);
+
+    // Menu handlers: ask for a file, then run the command.
+    void OnOpen();
+    void OnSave();
+    void OnSaveAs();
+    void OnImportLas();
+    void OnExportLas();
+    void OnExportText();
+    void OnExportWellCad();
+    void OnExportPlot();
+    void OnPrint();
+    void OnPrintPreview();
+    void OnGoToDepth();
+    void OnAbout();
+
+    ShellServices m_services;
+    std::unique_ptr<CMessageBoxSink> m_boxSink;
+    IMessageSink* m_sink = nullptr;
+    QMdiArea* m_area = nullptr;
+    QLabel* m_depthLabel = nullptr;
+    QLabel* m_valueLabel = nullptr;
+    QMenu* m_recentMenu = nullptr;
+    int m_untitledCount = 0;
+
+    struct Actions {
+        QAction* newDoc = nullptr;
+        QAction* open = nullptr;
+        QAction* save = nullptr;
+        QAction* saveAs = nullptr;
+        QAction* importLas = nullptr;
+        QAction* exportLas = nullptr;
+        QAction* exportText = nullptr;
+        QAction* exportWellCad = nullptr;
+        QAction* exportPlot = nullptr;
+        QAction* print = nullptr;
+        QAction* printPreview = nullptr;
+        QAction* exit = nullptr;
+        QAction* deleteTrace = nullptr;
+        QAction* zoomIn = nullptr;
+        QAction* zoomOut = nullptr;
+        QAction* goToDepth = nullptr;
+        QAction* unitConversion = nullptr;
+        QAction* about = nullptr;
+    } m_actions;
+};
+
+// The file dialog filters and suffixes of the file commands.
+namespace file_filters {
+inline constexpr char kDocument[] = "BoreAnalyst Files (*.bal);;All Files (*.*)";
+inline constexpr char kLasImport[] = "LAS Data Files (*.las);;All Files (*.*)";
+inline constexpr char kLasExport[] = "Text Files (*.las);;All Files (*.*)";
+inline constexpr char kText[] = "Text Files (*.txt);;All Files (*.*)";
+inline constexpr char kWellCad[] = "WellCAD Log Files (*.wcl);;All Files (*.*)";
+inline constexpr char kPlot[] = "PNG Images (*.png);;PDF Files (*.pdf)";
+} // namespace file_filters
+
+} // namespace ba

@@ -1,0 +1,304 @@
+// The commands of the main frame's menus: file, edit, view, process and help.
+
+#include "app/MainFrame.h"
+
+#include "app/DocumentWindow.h"
+#include "app/PlotExport.h"
+#include "io/Automation.h"
+#include "io/LasExport.h"
+#include "io/LasImport.h"
+#include "io/TextExport.h"
+#include "io/WellCadExport.h"
+#include "model/LineTrace.h"
+#include "view/GoToDepthDlg.h"
+#include "view/LogPlotView.h"
+#include "view/TracePropertiesDlg.h"
+#include "view/UnitConversionDlg.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QMdiArea>
+#include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QStatusBar>
+
+#include <algorithm>
+
+namespace ba {
+
+namespace {
+
+std::filesystem::path ToPath(const QString& path) { return std::filesystem::path(path.toStdU16String()); }
+
+QString DepthUnitName(const CBoreAnalystDoc& doc)
+{
+    const std::int32_t code = doc.TraceCount() > 0 ? doc.Trace(0).DepthUnit() : kDepthMetres;
+    switch (code) {
+    case kDepthFeet: return QStringLiteral("ft");
+    case kDepthMetres: return QStringLiteral("m");
+    case kTimeSeconds: return QStringLiteral("s");
+    case kTimeMinutes: return QStringLiteral("min");
+    case kTimeHours: return QStringLiteral("h");
+    case kTimeDays: return QStringLiteral("d");
+    default: return QString();
+    }
+}
+
+} // namespace
+
+QString CMainFrame::DefaultFileName(const QString& suffix) const
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return {};
+    return QString::fromStdString(window->Document().DocumentTitle()) + suffix;
+}
+
+// --- File
+
+CDocumentWindow* CMainFrame::OpenDocumentFile(const QString& path)
+{
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    for (CDocumentWindow* window : DocumentWindows()) {
+        const auto& own = window->Document().PathName();
+        if (!own.empty() && QFileInfo(QString::fromStdU16String(own.u16string())).absoluteFilePath() == absolute) {
+            m_area->setActiveSubWindow(window);
+            return window;
+        }
+    }
+    std::unique_ptr<CBoreAnalystDoc> doc = OpenDocument(ToPath(path), *m_sink);
+    if (!doc) return nullptr;
+    AddRecentFile(path);
+    return AddDocument(std::move(doc));
+}
+
+bool CMainFrame::SaveDocument(CDocumentWindow& window)
+{
+    const auto& own = window.Document().PathName();
+    if (!own.empty()) return SaveDocumentAs(window, QString::fromStdU16String(own.u16string()));
+    m_area->setActiveSubWindow(&window);
+    const QString path = ChooseFile({FileDialogRequest::Mode::Save, tr("Save As"), file_filters::kDocument,
+                                     DefaultFileName(QStringLiteral(".bal")), QStringLiteral("bal")});
+    return !path.isEmpty() && SaveDocumentAs(window, path);
+}
+
+bool CMainFrame::SaveDocumentAs(CDocumentWindow& window, const QString& path)
+{
+    const SaveOutcome outcome = window.Document().OnSaveDocument(ToPath(path), *m_sink, Licence());
+    window.DocumentChanged();
+    if (outcome == SaveOutcome::Written) AddRecentFile(path);
+    // A refusal by the licence check counts as handled: the message has been shown.
+    return outcome != SaveOutcome::Failed;
+}
+
+bool CMainFrame::ImportLasFile(const QString& path)
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) window = NewDocument();
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const LasImportResult result = ImportLas(window->Document(), ToPath(path), *m_sink);
+    QApplication::restoreOverrideCursor();
+    if (!result.imported) return false;
+    window->View().SetTopDepth(result.viewTopDepth);
+    window->Document().SetModified();
+    window->Document().UpdateAllViews();
+    return true;
+}
+
+bool CMainFrame::ExportLasFile(const QString& path)
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    return window && ExportLas(window->Document(), ToPath(path), *m_sink);
+}
+
+bool CMainFrame::ExportTextFile(const QString& path)
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    return window && ExportText(window->Document(), ToPath(path), *m_sink);
+}
+
+bool CMainFrame::ExportWellCadFile(const QString& path)
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return false;
+    const auto factory = MakePlatformAutomationFactory();
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const bool exported = ExportWellCad(window->Document(), path.toStdString(), *factory, *m_sink,
+                                        [this](const std::string& text) {
+                                            statusBar()->showMessage(QString::fromStdString(text));
+                                            QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+                                        });
+    QApplication::restoreOverrideCursor();
+    statusBar()->clearMessage();
+    return exported;
+}
+
+bool CMainFrame::ExportPlotFile(const QString& path)
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return false;
+    const CLogPlotView& view = window->View();
+    const PlotViewport viewport = PlotExtentViewport(window->Document(), view.TopDepth(), view.VerticalScale());
+    if (QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) == 0) {
+        return WritePlotPdf(window->Document(), viewport, path, *m_sink);
+    }
+    return WritePlotPng(window->Document(), viewport, path, *m_sink);
+}
+
+void CMainFrame::PrintTo(QPrinter& printer)
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return;
+    const CLogPlotView& view = window->View();
+    PlotViewport viewport = view.Viewport();
+    viewport.selected.clear();
+    if (!PaintPlotPage(printer, window->Document(), viewport)) {
+        m_sink->Error("Error: cannot print " + window->Document().DocumentTitle() + ": the printer refused the page.");
+    }
+}
+
+// --- Edit, View, Process
+
+bool CMainFrame::DeleteSelectedTraces()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window || window->View().SelectedTraces().empty()) return false;
+    CBoreAnalystDoc& doc = window->Document();
+    const auto selected = window->View().SelectedTraces();
+    // From the end, so the indexes still to visit stay valid.
+    for (std::size_t i = doc.TraceCount(); i-- > 0;) {
+        if (selected.count(&doc.Trace(i))) doc.RemoveTrace(i);
+    }
+    doc.SetModified();
+    doc.UpdateAllViews();
+    UpdateActions();
+    return true;
+}
+
+bool CMainFrame::ZoomIn()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    return window && window->View().ZoomIn();
+}
+
+bool CMainFrame::ZoomOut()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    return window && window->View().ZoomOut();
+}
+
+void CMainFrame::GoToDepth(double depth)
+{
+    if (CDocumentWindow* window = ActiveDocumentWindow()) window->View().SetTopDepth(static_cast<float>(depth));
+}
+
+bool CMainFrame::EditTraceProperties(CTrace& trace)
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return false;
+    CTracePropertiesDlg dialog(window->Document(), trace, *m_sink, this);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool CMainFrame::ConvertUnits()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return false;
+    CUnitConversionDlg dialog(window->Document(), *m_sink, this);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+// --- Menu handlers
+
+void CMainFrame::OnOpen()
+{
+    const QString path =
+        ChooseFile({FileDialogRequest::Mode::Open, tr("Open"), file_filters::kDocument, QString(), QString()});
+    if (!path.isEmpty()) OpenDocumentFile(path);
+}
+
+void CMainFrame::OnSave()
+{
+    if (CDocumentWindow* window = ActiveDocumentWindow()) SaveDocument(*window);
+}
+
+void CMainFrame::OnSaveAs()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return;
+    const QString path = ChooseFile({FileDialogRequest::Mode::Save, tr("Save As"), file_filters::kDocument,
+                                     DefaultFileName(QStringLiteral(".bal")), QStringLiteral("bal")});
+    if (!path.isEmpty()) SaveDocumentAs(*window, path);
+}
+
+void CMainFrame::OnImportLas()
+{
+    const QString path =
+        ChooseFile({FileDialogRequest::Mode::Open, tr("Import LAS"), file_filters::kLasImport, QString(), QString()});
+    if (!path.isEmpty()) ImportLasFile(path);
+}
+
+void CMainFrame::OnExportLas()
+{
+    const QString path = ChooseFile({FileDialogRequest::Mode::Save, tr("Export LAS"), file_filters::kLasExport,
+                                     DefaultFileName(QStringLiteral(".las")), QStringLiteral("las")});
+    if (!path.isEmpty()) ExportLasFile(path);
+}
+
+void CMainFrame::OnExportText()
+{
+    const QString path = ChooseFile({FileDialogRequest::Mode::Save, tr("Export Text"), file_filters::kText,
+                                     DefaultFileName(QStringLiteral(".txt")), QStringLiteral("txt")});
+    if (!path.isEmpty()) ExportTextFile(path);
+}
+
+void CMainFrame::OnExportWellCad()
+{
+    const QString path = ChooseFile({FileDialogRequest::Mode::Save, tr("Export WellCAD"), file_filters::kWellCad,
+                                     DefaultFileName(QStringLiteral(".wcl")), QStringLiteral("wcl")});
+    if (!path.isEmpty()) ExportWellCadFile(path);
+}
+
+void CMainFrame::OnExportPlot()
+{
+    const QString path = ChooseFile({FileDialogRequest::Mode::Save, tr("Export Plot"), file_filters::kPlot,
+                                     DefaultFileName(QStringLiteral(".png")), QStringLiteral("png")});
+    if (!path.isEmpty()) ExportPlotFile(path);
+}
+
+void CMainFrame::OnPrint()
+{
+    if (!ActiveDocumentWindow()) return;
+    QPrinter printer(QPrinter::HighResolution);
+    QPrintDialog dialog(&printer, this);
+    if (dialog.exec() == QDialog::Accepted) PrintTo(printer);
+}
+
+void CMainFrame::OnPrintPreview()
+{
+    if (!ActiveDocumentWindow()) return;
+    QPrinter printer(QPrinter::HighResolution);
+    QPrintPreviewDialog preview(&printer, this);
+    connect(&preview, &QPrintPreviewDialog::paintRequested, this, [this](QPrinter* p) { PrintTo(*p); });
+    preview.exec();
+}
+
+void CMainFrame::OnGoToDepth()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return;
+    CGoToDepthDlg dialog(window->View().TopDepth(), DepthUnitName(window->Document()), this);
+    if (dialog.exec() == QDialog::Accepted) GoToDepth(dialog.Depth());
+}
+
+void CMainFrame::OnAbout()
+{
+    QMessageBox::about(this, tr("About BoreAnalyst"),
+                       tr("<p><b>BoreAnalyst</b> version %1</p>"
+                          "<p>Processing, interpretation and plotting of borehole geophysical logs.</p>"
+                          "<p>Quartzline Geodata</p>")
+                           .arg(QStringLiteral(BA_VERSION)));
+}
+
+} // namespace ba

@@ -1,0 +1,246 @@
+// The trace property sheet and the unit conversion dialog, driven through their controls,
+// and both opened from the main frame with the frame's message sink.
+
+#include "AppTestSupport.h"
+
+#include "app/DocumentWindow.h"
+#include "app/MainFrame.h"
+#include "model/LineTrace.h"
+#include "view/TracePropertiesDlg.h"
+#include "view/UnitConversionDlg.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSpinBox>
+#include <QTimer>
+#include <QtTest>
+
+#include <functional>
+
+using namespace ba;
+using namespace ba::test;
+
+namespace {
+
+QStringList Texts(const CollectingMessageSink& sink)
+{
+    QStringList texts;
+    for (const auto& text : sink.Texts()) texts << QString::fromStdString(text);
+    return texts;
+}
+
+QStringList Items(const QComboBox& combo)
+{
+    QStringList items;
+    for (int i = 0; i < combo.count(); ++i) items << combo.itemText(i);
+    return items;
+}
+
+CLineTrace& LineTrace(CBoreAnalystDoc& doc, std::size_t i) { return dynamic_cast<CLineTrace&>(doc.Trace(i)); }
+
+// Runs `drive` on the modal dialog of type T as soon as the frame opens it.
+template <typename T>
+void WhenDialogOpens(std::function<void(T&)> drive)
+{
+    QTimer::singleShot(0, [drive] {
+        auto* dialog = qobject_cast<T*>(QApplication::activeModalWidget());
+        if (!dialog) {
+            QFAIL("the expected dialog did not open");
+            return;
+        }
+        drive(*dialog);
+    });
+}
+
+} // namespace
+
+class DialogTest : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { PrepareApplicationForTests(); }
+
+    void propertySheetShowsTheTrace()
+    {
+        auto doc = MakeTwoTraceDocument();
+        CLineTrace& gr = LineTrace(*doc, 0);
+        gr.ChangePen(2, kPenDot, 4);
+        gr.SetScale(-5.0f, 150.0f);
+        CollectingMessageSink sink;
+        CTracePropertiesDlg dialog(*doc, gr, sink);
+        QCOMPARE(dialog.NameEdit()->text(), QStringLiteral("GR"));
+        QCOMPARE(dialog.UnitsEdit()->text(), QStringLiteral("API"));
+        QCOMPARE(dialog.ScaleLeftEdit()->value(), -5.0);
+        QCOMPARE(dialog.ScaleRightEdit()->value(), 150.0);
+        QCOMPARE(Items(*dialog.TrackCombo()), QStringList({"Left Track", "Right Track", "RLeft Track", "RRight Track"}));
+        QCOMPARE(dialog.TrackCombo()->currentIndex(), 0);
+        QCOMPARE(dialog.PenWidthEdit()->value(), 2);
+        QCOMPARE(dialog.PenStyleCombo()->currentText(), QStringLiteral("Dot"));
+        QCOMPARE(dialog.ColourCombo()->currentText(), QStringLiteral("Magenta"));
+        QCOMPARE(dialog.ColourCombo()->count(), 7);
+        QVERIFY(!dialog.HiddenCheck()->isChecked());
+    }
+
+    void propertySheetEditsTheTrace()
+    {
+        auto doc = MakeTwoTraceDocument();
+        int redraws = 0;
+        doc->AddViewUpdater([&redraws] { ++redraws; });
+        CollectingMessageSink sink;
+        CLineTrace& gr = LineTrace(*doc, 0);
+        CTracePropertiesDlg dialog(*doc, gr, sink);
+        dialog.NameEdit()->clear();
+        QTest::keyClicks(dialog.NameEdit(), "Gamma Ray");
+        dialog.UnitsEdit()->setText("gAPI");
+        dialog.ScaleLeftEdit()->setValue(0.0);
+        dialog.ScaleRightEdit()->setValue(200.0);
+        dialog.TrackCombo()->setCurrentIndex(2);
+        dialog.PenWidthEdit()->setValue(3);
+        dialog.PenStyleCombo()->setCurrentIndex(kPenDash);
+        dialog.ColourCombo()->setCurrentIndex(3);
+        dialog.HiddenCheck()->setChecked(true);
+        dialog.accept();
+
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        QVERIFY(sink.messages.empty());
+        QCOMPARE(gr.Name(), std::string("Gamma Ray"));
+        QCOMPARE(gr.Units(), std::string("gAPI"));
+        QCOMPARE(gr.ScaleLeft(), 0.0f);
+        QCOMPARE(gr.ScaleRight(), 200.0f);
+        QCOMPARE(gr.TrackIndex(), 2);
+        QCOMPARE(gr.Track(), &doc->Track(2));
+        QCOMPARE(gr.PenWidth(), 3);
+        QCOMPARE(gr.PenStyle(), std::int32_t(kPenDash));
+        QCOMPARE(gr.ColourIndex(), 3);
+        QCOMPARE(gr.Colour(), LineColourFromIndex(3));
+        QVERIFY(gr.Flag(kHiddenTraceFlag));
+        QVERIFY(doc->IsModified());
+        QCOMPARE(redraws, 1);
+    }
+
+    void propertySheetRefusesBadEntries_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<double>("left");
+        QTest::addColumn<double>("right");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("blank name") << "   " << 0.0 << 100.0 << "Error: The trace name must not be empty.";
+        QTest::newRow("equal scale ends") << "GR" << 50.0 << 50.0
+                                          << "Error: The left and right scale values must differ.";
+    }
+
+    void propertySheetRefusesBadEntries()
+    {
+        QFETCH(QString, name);
+        QFETCH(double, left);
+        QFETCH(double, right);
+        QFETCH(QString, message);
+        auto doc = MakeTwoTraceDocument();
+        CollectingMessageSink sink;
+        CLineTrace& gr = LineTrace(*doc, 0);
+        CTracePropertiesDlg dialog(*doc, gr, sink);
+        dialog.NameEdit()->setText(name);
+        dialog.ScaleLeftEdit()->setValue(left);
+        dialog.ScaleRightEdit()->setValue(right);
+        dialog.PenWidthEdit()->setValue(5);
+        dialog.accept();
+        QCOMPARE(dialog.result(), int(QDialog::Rejected));
+        QCOMPARE(Texts(sink), QStringList{message});
+        QCOMPARE(gr.Name(), std::string("GR"));
+        QCOMPARE(gr.PenWidth(), 1);
+        QVERIFY(!doc->IsModified());
+    }
+
+    void unitConversionConvertsTheChosenTrace()
+    {
+        auto doc = std::make_unique<CBoreAnalystDoc>();
+        AddLineTrace(*doc, "GR", "API", {{1.0f, 20.0f}});
+        AddLineTrace(*doc, "VEL", "FEET/SECOND", {{1.0f, 1000.0f}, {2.0f, 2500.0f}, {3.0f, kNullValue}});
+        CollectingMessageSink sink;
+        CUnitConversionDlg dialog(*doc, sink);
+        QCOMPARE(Items(*dialog.TraceCombo()), QStringList({"GR", "VEL"}));
+        QCOMPARE(dialog.StatusLabel()->text(), QStringLiteral("Units: Unknown; Type: Unknown"));
+
+        dialog.TraceCombo()->setCurrentIndex(1);
+        QCOMPARE(dialog.StatusLabel()->text(), QStringLiteral("Units: ft/s; Type: Velocity-Slowness"));
+        QCOMPARE(Items(*dialog.NewUnitsCombo()), QStringList({"ft/s", "m/s", "ft/min", "m/min", "us/ft", "us/m"}));
+        QCOMPARE(dialog.NewUnitsCombo()->currentIndex(), -1);
+
+        dialog.NewUnitsCombo()->setCurrentIndex(1);
+        dialog.accept();
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        QVERIFY(sink.messages.empty());
+        const CLineTrace& vel = LineTrace(*doc, 1);
+        QCOMPARE(vel.Units(), std::string("m/s"));
+        QCOMPARE(vel.Value(0), static_cast<float>(1000.0 * double(0.3048f)));
+        QCOMPARE(vel.Value(1), static_cast<float>(2500.0 * double(0.3048f)));
+        // Null samples are converted like any other number.
+        QCOMPARE(vel.Value(2), static_cast<float>(double(kNullValue) * double(0.3048f)));
+        QCOMPARE(LineTrace(*doc, 0).Value(0), 20.0f);
+        QVERIFY(doc->IsModified());
+    }
+
+    void unitConversionKeepsTheDialogOpenUntilEverythingIsChosen_data()
+    {
+        QTest::addColumn<int>("trace");
+        QTest::addColumn<QStringList>("messages");
+        QTest::newRow("nothing chosen") << -1
+                                        << QStringList({"Error: You must select a trace.",
+                                                        "Error: You must select the new units."});
+        QTest::newRow("no new units") << 0 << QStringList({"Error: You must select the new units."});
+        QTest::newRow("unknown units offer none") << 1 << QStringList({"Error: You must select the new units."});
+    }
+
+    void unitConversionKeepsTheDialogOpenUntilEverythingIsChosen()
+    {
+        QFETCH(int, trace);
+        QFETCH(QStringList, messages);
+        auto doc = std::make_unique<CBoreAnalystDoc>();
+        AddLineTrace(*doc, "DEPTH2", "M", {{1.0f, 3.0f}});
+        AddLineTrace(*doc, "ODD", "furlongs", {{1.0f, 4.0f}});
+        CollectingMessageSink sink;
+        CUnitConversionDlg dialog(*doc, sink);
+        dialog.TraceCombo()->setCurrentIndex(trace);
+        dialog.accept();
+        QCOMPARE(dialog.result(), int(QDialog::Rejected));
+        QCOMPARE(Texts(sink), messages);
+        QCOMPARE(LineTrace(*doc, 0).Value(0), 3.0f);
+        QVERIFY(!doc->IsModified());
+    }
+
+    void frameOpensTheUnitConversionWithItsSink()
+    {
+        CollectingMessageSink sink;
+        CMainFrame frame(RecordingServices(sink));
+        CDocumentWindow* window = frame.AddDocument(MakeTwoTraceDocument());
+        WhenDialogOpens<CUnitConversionDlg>([](CUnitConversionDlg& dialog) {
+            dialog.TraceCombo()->setCurrentIndex(0);
+            dialog.accept(); // no new unit chosen: refused, stays open
+            dialog.reject();
+        });
+        QVERIFY(!frame.ConvertUnits());
+        QCOMPARE(Texts(sink), QStringList{"Error: You must select the new units."});
+        QCOMPARE(window->Document().Trace(0).Units(), std::string("API"));
+    }
+
+    void framesPropertySheetRetitlesAndRedraws()
+    {
+        CollectingMessageSink sink;
+        CMainFrame frame(RecordingServices(sink));
+        CDocumentWindow* window = frame.AddDocument(MakeTwoTraceDocument());
+        WhenDialogOpens<CTracePropertiesDlg>([](CTracePropertiesDlg& dialog) {
+            dialog.NameEdit()->setText("RT");
+            dialog.accept();
+        });
+        QVERIFY(frame.EditTraceProperties(window->Document().Trace(1)));
+        QCOMPARE(window->Document().Trace(1).Name(), std::string("RT"));
+        QCOMPARE(window->windowTitle(), QStringLiteral("BoreAnalyst1*"));
+        QVERIFY(sink.messages.empty());
+    }
+};
+
+QTEST_MAIN(DialogTest)
+#include "DialogTest.moc"
