@@ -85,6 +85,34 @@ private:
     QList<QPointF> m_points;
 };
 
+// A solid curve through the runs. A run's stroke from its first value through its extremes
+// to its last stays on one row within [minimum, maximum], so the join into the run plus
+// one stroke across that span covers the same pixels with two segments instead of four.
+// A run of one pixel that nothing joins to or from is drawn as a point.
+void DrawSolidRuns(QPainter& painter, const std::vector<CurveRun>& runs, const PixelMapper& map)
+{
+    QList<QLineF> segments;
+    segments.reserve(static_cast<qsizetype>(2 * runs.size()));
+    QList<QPointF> points;
+    QPointF previousLast;
+    for (std::size_t k = 0; k < runs.size(); ++k) {
+        const CurveRun& run = runs[k];
+        const double y = map.Y(run.row);
+        const QPointF first(map.X(run.first), y);
+        if (run.joined) segments.push_back(QLineF(previousLast, first));
+        const double left = map.X(run.minimum);
+        const double right = map.X(run.maximum);
+        if (left != right) {
+            segments.push_back(QLineF(left, y, right, y));
+        } else if (!run.joined && !(k + 1 < runs.size() && runs[k + 1].joined)) {
+            points.push_back(first);
+        }
+        previousLast = QPointF(map.X(run.last), y);
+    }
+    if (!segments.isEmpty()) painter.drawLines(segments);
+    if (!points.isEmpty()) painter.drawPoints(points.data(), static_cast<int>(points.size()));
+}
+
 void DrawRuns(QPainter& painter, const CLineTrace& trace, const PlotLayout& layout, const PixelMapper& map,
               CurveStrokes& strokes)
 {
@@ -149,12 +177,17 @@ void DrawCurve(QPainter& painter, const CLineTrace& trace, const PlotLayout& lay
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setPen(pen);
     const PixelMapper map(trace, layout, area, trackRect);
-    CurveStrokes strokes(pen.style() == Qt::SolidLine);
-    if (everySample)
-        DrawEverySample(painter, trace, layout, map, strokes);
-    else
-        DrawRuns(painter, trace, layout, map, strokes);
-    strokes.Finish(painter);
+    const bool solid = pen.style() == Qt::SolidLine;
+    if (solid && !everySample) {
+        DrawSolidRuns(painter, DecimateCurve(trace, layout.RowWindow()), map);
+    } else {
+        CurveStrokes strokes(solid);
+        if (everySample)
+            DrawEverySample(painter, trace, layout, map, strokes);
+        else
+            DrawRuns(painter, trace, layout, map, strokes);
+        strokes.Finish(painter);
+    }
     painter.restore();
 }
 

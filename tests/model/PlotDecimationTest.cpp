@@ -109,6 +109,26 @@ TEST(PlotDecimation, NotANumberBreaksTheCurveLikeANull)
     EXPECT_EQ(runs, DecimateCurveBySample(trace, window));
 }
 
+TEST(PlotDecimation, DenseRowFindsExtremesAndGapsAtEveryPosition)
+{
+    // One row holding n samples takes the search path, whose scan splits the row into
+    // vector lanes and a scalar tail: an extreme or a gap must count wherever it falls.
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float specials[] = {kNullValue, nan, 1000.0f, -1000.0f};
+    const PlotRowWindow window{-1.0f, 100.0f, 1.0 / 101.0, 1};
+    for (std::size_t n = 5; n <= 40; ++n) {
+        for (std::size_t at = 0; at < n; ++at) {
+            for (const float special : specials) {
+                CLineTrace trace;
+                for (std::size_t i = 0; i < n; ++i)
+                    trace.AppendSample(static_cast<float>(i), i == at ? special : static_cast<float>(i % 7));
+                EXPECT_EQ(DecimateCurve(trace, window), DecimateCurveBySample(trace, window))
+                    << "n " << n << " at " << at << " value " << special;
+            }
+        }
+    }
+}
+
 TEST(PlotDecimation, EmptyInputsGiveNoRuns)
 {
     CLineTrace trace;
