@@ -5,6 +5,7 @@ add_library(boreanalyst_shell STATIC
   ${CMAKE_CURRENT_SOURCE_DIR}/MainFrame.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/MainFrameCommands.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/PlotExport.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/TraceClipboardBridge.cpp
 )
 target_include_directories(boreanalyst_shell PUBLIC ${PROJECT_SOURCE_DIR}/src)
 target_link_libraries(boreanalyst_shell PUBLIC boreanalyst_view)

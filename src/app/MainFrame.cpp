@@ -1,11 +1,13 @@
 #include "app/MainFrame.h"
 
 #include "app/DocumentWindow.h"
+#include "app/TraceClipboardBridge.h"
 #include "view/LogPlotView.h"
 #include "view/MessageBoxSink.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -65,6 +67,8 @@ CMainFrame::CMainFrame(ShellServices services, QWidget* parent)
 
     CreateActions();
     CreateMenus();
+    // Paste follows what the clipboard holds, whichever program put it there.
+    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &CMainFrame::UpdateActions);
     UpdateRecentFilesMenu();
     UpdateActions();
     resize(1000, 800);
@@ -171,6 +175,14 @@ bool CMainFrame::ConfirmClose(CDocumentWindow& window)
     return answer == QMessageBox::Discard;
 }
 
+bool CMainFrame::AskYesNo(const QString& question)
+{
+    if (m_services.askYesNo) return m_services.askYesNo(question);
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("BoreAnalyst"), question,
+                    QMessageBox::Yes | QMessageBox::No, this);
+    return box.exec() == QMessageBox::Yes;
+}
+
 void CMainFrame::closeEvent(QCloseEvent* event)
 {
     m_area->closeAllSubWindows();
@@ -253,6 +265,9 @@ void CMainFrame::CreateActions()
     a.print = make(tr("&Print..."), QKeySequence::Print, kNoIcon, &CMainFrame::OnPrint);
     a.printPreview = make(tr("Print Pre&view..."), QKeySequence(), kNoIcon, &CMainFrame::OnPrintPreview);
     a.exit = make(tr("E&xit"), QKeySequence::Quit, kNoIcon, [this] { close(); });
+    a.cut = make(tr("Cu&t"), QKeySequence::Cut, kNoIcon, [this] { CutSelectedTraces(); });
+    a.copy = make(tr("&Copy"), QKeySequence::Copy, kNoIcon, [this] { CopySelectedTraces(); });
+    a.paste = make(tr("&Paste"), QKeySequence::Paste, kNoIcon, [this] { PasteClipboardTraces(); });
     a.deleteTrace = make(tr("&Delete Trace"), QKeySequence::Delete, QStyle::SP_TrashIcon,
                          [this] { DeleteSelectedTraces(); });
     a.zoomIn = make(tr("Zoom &In"), QKeySequence::ZoomIn, QStyle::SP_ArrowUp, [this] { ZoomIn(); });
@@ -276,7 +291,10 @@ void CMainFrame::CreateMenus()
     file->addSeparator();
     file->addAction(a.exit);
 
-    menuBar()->addMenu(tr("&Edit"))->addAction(a.deleteTrace);
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    edit->addActions({a.cut, a.copy, a.paste});
+    edit->addSeparator();
+    edit->addAction(a.deleteTrace);
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addActions({a.zoomIn, a.zoomOut, a.goToDepth});
     menuBar()->addMenu(tr("&Process"))->addAction(a.unitConversion);
@@ -298,7 +316,9 @@ void CMainFrame::UpdateActions()
                             a.printPreview, a.zoomIn, a.zoomOut, a.goToDepth, a.unitConversion}) {
         action->setEnabled(hasDoc);
     }
-    a.deleteTrace->setEnabled(hasDoc && !window->View().SelectedTraces().empty());
+    const bool hasSelection = hasDoc && !window->View().SelectedTraces().empty();
+    for (QAction* action : {a.cut, a.copy, a.deleteTrace}) action->setEnabled(hasSelection);
+    a.paste->setEnabled(hasDoc && HasTraceBlock(QApplication::clipboard()->mimeData()));
 }
 
 } // namespace ba

@@ -69,6 +69,12 @@ public:
 
     // --- Edit, View, Process
     bool DeleteSelectedTraces();
+    // Puts the selected traces of the active document on the clipboard, in document order.
+    bool CopySelectedTraces();
+    // Copies the selected traces, then deletes them; nothing is deleted when the copy fails.
+    bool CutSelectedTraces();
+    // Pastes the clipboard's traces into the active document; true when any were added.
+    bool PasteClipboardTraces();
     bool ZoomIn();
     bool ZoomOut();
     void GoToDepth(double depth);
@@ -91,6 +97,7 @@ private:
     void UpdateRecentFilesMenu();
     void AddRecentFile(const QString& path);
     bool ConfirmClose(CDocumentWindow& window);
+    bool AskYesNo(const QString& question);
     QString ChooseFile(const FileDialogRequest& request);
     const ILicenceCheck& Licence() const;
     void ShowReadout(const QString& depth, const QString& value);
@@ -131,6 +138,9 @@ private:
         QAction* print = nullptr;
         QAction* printPreview = nullptr;
         QAction* exit = nullptr;
+        QAction* cut = nullptr;
+        QAction* copy = nullptr;
+        QAction* paste = nullptr;
         QAction* deleteTrace = nullptr;
         QAction* zoomIn = nullptr;
         QAction* zoomOut = nullptr;

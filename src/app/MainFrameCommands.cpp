@@ -4,18 +4,21 @@
 
 #include "app/DocumentWindow.h"
 #include "app/PlotExport.h"
+#include "app/TraceClipboardBridge.h"
 #include "io/Automation.h"
 #include "io/LasExport.h"
 #include "io/LasImport.h"
 #include "io/TextExport.h"
 #include "io/WellCadExport.h"
 #include "model/LineTrace.h"
+#include "model/TraceClipboard.h"
 #include "view/GoToDepthDlg.h"
 #include "view/LogPlotView.h"
 #include "view/TracePropertiesDlg.h"
 #include "view/UnitConversionDlg.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QFileInfo>
 #include <QMdiArea>
 #include <QMessageBox>
@@ -25,6 +28,10 @@
 #include <QStatusBar>
 
 #include <algorithm>
+#include <functional>
+#include <optional>
+#include <span>
+#include <vector>
 
 namespace ba {
 
@@ -45,6 +52,16 @@ QString DepthUnitName(const CBoreAnalystDoc& doc)
     default: return QString();
     }
 }
+
+// Hands the core's paste questions to the main frame's asker.
+class CFrameQuestion final : public IYesNoQuestion {
+public:
+    explicit CFrameQuestion(std::function<bool(const QString&)> ask) : m_ask(std::move(ask)) {}
+    bool AskYesNo(const std::string& text) override { return m_ask(QString::fromStdString(text)); }
+
+private:
+    std::function<bool(const QString&)> m_ask;
+};
 
 } // namespace
 
@@ -174,6 +191,45 @@ bool CMainFrame::DeleteSelectedTraces()
     doc.UpdateAllViews();
     UpdateActions();
     return true;
+}
+
+// QClipboard has no failure to open, empty or set the clipboard (the platform layer keeps
+// such errors to itself), so the copy and paste here report only what the core reports.
+bool CMainFrame::CopySelectedTraces()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window || window->View().SelectedTraces().empty()) return false;
+    const CBoreAnalystDoc& doc = window->Document();
+    const auto& selected = window->View().SelectedTraces();
+    std::vector<const CTrace*> traces;
+    for (std::size_t i = 0; i < doc.TraceCount(); ++i) {
+        if (selected.count(&doc.Trace(i))) traces.push_back(&doc.Trace(i));
+    }
+    const auto block = CopyTraces(traces, *m_sink);
+    if (!block) return false;
+    QApplication::clipboard()->setMimeData(MakeTraceMimeData(*block));
+    UpdateActions();
+    return true;
+}
+
+bool CMainFrame::CutSelectedTraces() { return CopySelectedTraces() && DeleteSelectedTraces(); }
+
+bool CMainFrame::PasteClipboardTraces()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return false;
+    const std::optional<QByteArray> bytes = ReadTraceBlock(QApplication::clipboard()->mimeData());
+    std::optional<std::span<const std::uint8_t>> block;
+    if (bytes) {
+        block = std::span(reinterpret_cast<const std::uint8_t*>(bytes->constData()),
+                          static_cast<std::size_t>(bytes->size()));
+    }
+    CFrameQuestion question([this](const QString& text) { return AskYesNo(text); });
+    const PasteResult result = PasteTraces(window->Document(), block, "the clipboard", question, *m_sink);
+    // The view scrolls by depth, so it takes the top depth itself rather than a scroll position.
+    if (result.freshDocument && result.topDepth) window->View().SetTopDepth(static_cast<float>(*result.topDepth));
+    UpdateActions();
+    return result.added > 0;
 }
 
 bool CMainFrame::ZoomIn()

@@ -33,6 +33,9 @@ struct ShellServices {
     // Asked before a modified document closes; answers Save, Discard or Cancel. Null: a
     // question box.
     std::function<QMessageBox::StandardButton(const QString& documentTitle)> askSaveChanges;
+    // Asks a Yes/No question (a paste whose vertical axis differs from the document's);
+    // true means Yes. Null: a question box with the warning icon.
+    std::function<bool(const QString& question)> askYesNo;
 };
 
 } // namespace ba

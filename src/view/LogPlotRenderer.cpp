@@ -3,6 +3,7 @@
 #include "model/LineTrace.h"
 #include "view/PlotCurve.h"
 #include "view/PlotText.h"
+#include "view/TracePropertiesDlg.h"
 
 #include <QFont>
 #include <QPainter>
@@ -131,7 +132,9 @@ void DrawLegend(QPainter& painter, const LegendBox& legend, const PlotLayout& la
     const CTrace& trace = *legend.trace;
     if (const auto* line = dynamic_cast<const CLineTrace*>(&trace)) {
         const QPen pen = TracePen(*line, s);
-        if (pen.style() != Qt::NoPen) {
+        // A hidden trace keeps its legend box (so it can still be selected and shown again)
+        // but loses the line sample, which marks it as hidden.
+        if (pen.style() != Qt::NoPen && !trace.Flag(kHiddenTraceFlag)) {
             const double inset = pen.widthF() / 2.0 + 1.0 * s;
             const double y = box.top() + kLegendLineOffset * s;
             painter.setPen(pen);
@@ -208,7 +211,7 @@ void CLogPlotRenderer::Paint(QPainter& painter, const CBoreAnalystDoc& doc, cons
         const auto* line = dynamic_cast<const CLineTrace*>(&doc.Trace(i));
         const std::int32_t index = doc.Trace(i).TrackIndex();
         const CTrack* track = doc.TrackAt(index);
-        if (line == nullptr || track == nullptr) continue;
+        if (line == nullptr || track == nullptr || line->Flag(kHiddenTraceFlag)) continue;
         DrawCurve(painter, *line, layout, track->Area(), layout.tracks[static_cast<std::size_t>(index)],
                   viewport.drawEverySample);
     }

@@ -1,11 +1,13 @@
 // The trace property sheet and the unit conversion dialog, driven through their controls,
-// and both opened from the main frame with the frame's message sink.
+// and both opened from the main frame with the frame's message sink; how the plot draws a
+// trace the sheet has hidden.
 
 #include "AppTestSupport.h"
 
 #include "app/DocumentWindow.h"
 #include "app/MainFrame.h"
 #include "model/LineTrace.h"
+#include "view/LogPlotRenderer.h"
 #include "view/TracePropertiesDlg.h"
 #include "view/UnitConversionDlg.h"
 
@@ -13,13 +15,18 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QSpinBox>
 #include <QTimer>
 #include <QtTest>
 
+#include <algorithm>
 #include <functional>
+#include <memory>
+#include <utility>
 
 using namespace ba;
 using namespace ba::test;
@@ -54,6 +61,18 @@ void WhenDialogOpens(std::function<void(T&)> drive)
         }
         drive(*dialog);
     });
+}
+
+// Whether any pixel of `area` (clipped to the image) has `colour`.
+bool AreaHasColour(const QImage& image, const QRectF& area, QRgb colour)
+{
+    const QRect pixels = area.toAlignedRect().intersected(image.rect());
+    for (int y = pixels.top(); y <= pixels.bottom(); ++y) {
+        for (int x = pixels.left(); x <= pixels.right(); ++x) {
+            if (image.pixel(x, y) == colour) return true;
+        }
+    }
+    return false;
 }
 
 } // namespace
@@ -224,6 +243,53 @@ private slots:
         QVERIFY(!frame.ConvertUnits());
         QCOMPARE(Texts(sink), QStringList{"Error: You must select the new units."});
         QCOMPARE(window->Document().Trace(0).Units(), std::string("API"));
+    }
+
+    // The check box of the sheet sets flag 0; the plot then leaves the curve out but keeps
+    // the legend box, without its line sample.
+    void hiddenTraceKeepsItsLegendButLosesItsCurve_data()
+    {
+        QTest::addColumn<bool>("hidden");
+        QTest::newRow("shown") << false;
+        QTest::newRow("hidden") << true;
+    }
+
+    void hiddenTraceKeepsItsLegendButLosesItsCurve()
+    {
+        QFETCH(bool, hidden);
+        const QRgb red = qRgb(255, 0, 0);
+        const QRgb green = qRgb(0, 255, 0);
+        CBoreAnalystDoc doc;
+        for (const auto& [name, colourIndex] : {std::pair{"GR", 1}, std::pair{"CAL", 2}}) {
+            auto trace = std::make_unique<CLineTrace>(1, kPenSolid, colourIndex, 0.0f, 100.0f, name, "API");
+            trace->SetTrackIndex(0);
+            for (float d = 100.0f; d <= 200.0f; d += 1.0f) trace->AppendSample(d, colourIndex == 1 ? 30.0f : 70.0f);
+            doc.AddTrace(std::move(trace));
+        }
+        doc.Trace(0).SetFlag(kHiddenTraceFlag, hidden);
+
+        PlotViewport viewport;
+        viewport.topDepth = 100.0f;
+        viewport.verticalScale = 10.0f;
+        viewport.pixelSize = QSize(850, 1100);
+        viewport.dotsPerCentimetre = 37.8;
+        const CLogPlotRenderer renderer;
+        const PlotLayout layout = renderer.Layout(doc, viewport);
+        QImage image(viewport.pixelSize, QImage::Format_RGB32);
+        {
+            QPainter painter(&image);
+            renderer.Paint(painter, doc, viewport);
+        }
+
+        QCOMPARE(AreaHasColour(image, layout.tracks[0], red), !hidden);
+        QVERIFY(AreaHasColour(image, layout.tracks[0], green));
+        const auto legend = std::find_if(layout.legends.begin(), layout.legends.end(),
+                                         [&](const LegendBox& box) { return box.trace == &doc.Trace(0); });
+        QVERIFY(legend != layout.legends.end());
+        QCOMPARE(AreaHasColour(image, legend->box, red), !hidden);
+        QVERIFY(AreaHasColour(image, legend->box, qRgb(0, 0, 0))); // the name and scale are still drawn
+        const QPoint inLegend = legend->box.center().toPoint();
+        QCOMPARE(renderer.TraceAtLegend(doc, viewport, inLegend), &doc.Trace(0));
     }
 
     void framesPropertySheetRetitlesAndRedraws()

@@ -1,16 +1,19 @@
 // The main frame: opening, saving, importing and exporting through its commands, the
-// file dialogs they ask for, deleting traces, closing modified documents and the status
-// bar read-out.
+// file dialogs they ask for, deleting traces, cut, copy and paste of traces, closing
+// modified documents and the status bar read-out.
 
 #include "AppTestSupport.h"
 
 #include "app/DocumentWindow.h"
 #include "app/MainFrame.h"
 #include "model/LineTrace.h"
+#include "model/TraceClipboard.h"
 #include "support/TempDir.h"
 #include "view/LogPlotView.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QClipboard>
 #include <QFile>
 #include <QImage>
 #include <QMdiArea>
@@ -47,6 +50,15 @@ std::filesystem::path SaveTwoTraceDocument(const TempDir& dir, const std::string
     const auto path = dir.Path(name);
     if (doc->OnSaveDocument(path, sink) != SaveOutcome::Written) throw std::runtime_error("fixture not written");
     return path;
+}
+
+// The samples of line trace `i` of `doc` as (stored depth, value) pairs.
+std::vector<std::pair<float, float>> Samples(const CBoreAnalystDoc& doc, std::size_t i)
+{
+    const auto& line = dynamic_cast<const CLineTrace&>(doc.Trace(i));
+    std::vector<std::pair<float, float>> samples;
+    for (std::size_t k = 0; k < line.SampleCount(); ++k) samples.emplace_back(line.StoredDepth(k), line.Value(k));
+    return samples;
 }
 
 // Runs the pending deletions of closed windows.
@@ -283,6 +295,140 @@ private slots:
         QVERIFY(window->View().SelectedTraces().empty());
         QVERIFY(!deleteAction->isEnabled());
         QCOMPARE(window->windowTitle(), QStringLiteral("BoreAnalyst1*"));
+    }
+
+    void copyAndPasteMoveATraceBetweenDocuments()
+    {
+        QApplication::clipboard()->clear();
+        CollectingMessageSink sink;
+        CMainFrame frame(RecordingServices(sink));
+        CDocumentWindow* source = frame.AddDocument(MakeTwoTraceDocument());
+        QAction* copy = FindAction(frame, QStringLiteral("&Copy"));
+        QAction* cut = FindAction(frame, QStringLiteral("Cu&t"));
+        QAction* paste = FindAction(frame, QStringLiteral("&Paste"));
+        QVERIFY(copy && cut && paste);
+        QVERIFY(!copy->isEnabled());
+        QVERIFY(!cut->isEnabled());
+        QVERIFY(!paste->isEnabled());
+
+        source->View().SelectTrace(&source->Document().Trace(0), false);
+        QVERIFY(copy->isEnabled());
+        copy->trigger();
+        const QMimeData* data = QApplication::clipboard()->mimeData();
+        QVERIFY(data->hasFormat(QStringLiteral("BoreAnalystTraceData")));
+        QVERIFY(paste->isEnabled());
+        QCOMPARE(source->Document().TraceCount(), std::size_t(2));
+
+        CDocumentWindow* target = frame.NewDocument();
+        QVERIFY(!copy->isEnabled()); // nothing selected in the new document
+        QVERIFY(paste->isEnabled());
+        paste->trigger();
+        QVERIFY(sink.messages.empty());
+        QCOMPARE(target->Document().TraceCount(), std::size_t(1));
+        QCOMPARE(target->Document().Trace(0).Name(), std::string("GR"));
+        QVERIFY(Samples(target->Document(), 0) == Samples(source->Document(), 0));
+        // A fresh document's view starts at the first depth lowered to a multiple of 100.
+        QCOMPARE(target->View().TopDepth(), 100.0f);
+        QVERIFY(target->Document().IsModified());
+
+        // A second paste adds beside the first, of the same axis, without asking.
+        QVERIFY(frame.PasteClipboardTraces());
+        QCOMPARE(target->Document().TraceCount(), std::size_t(2));
+        QVERIFY(Samples(target->Document(), 1) == Samples(source->Document(), 0));
+    }
+
+    void cutCopiesThenRemovesTheSelectedTraces()
+    {
+        QApplication::clipboard()->clear();
+        CollectingMessageSink sink;
+        CMainFrame frame(RecordingServices(sink));
+        CDocumentWindow* source = frame.AddDocument(MakeTwoTraceDocument());
+        const auto expected = Samples(source->Document(), 1);
+        source->View().SelectTrace(&source->Document().Trace(1), false);
+        FindAction(frame, QStringLiteral("Cu&t"))->trigger();
+        QCOMPARE(source->Document().TraceCount(), std::size_t(1));
+        QCOMPARE(source->Document().Trace(0).Name(), std::string("GR"));
+        QVERIFY(!FindAction(frame, QStringLiteral("Cu&t"))->isEnabled());
+
+        CDocumentWindow* target = frame.NewDocument();
+        QVERIFY(frame.PasteClipboardTraces());
+        QCOMPARE(target->Document().TraceCount(), std::size_t(1));
+        QCOMPARE(target->Document().Trace(0).Name(), std::string("RES"));
+        QVERIFY(Samples(target->Document(), 0) == expected);
+        QVERIFY(sink.messages.empty());
+    }
+
+    void pasteReadsTheBlockUnderEitherName_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::newRow("bare") << QStringLiteral("BoreAnalystTraceData");
+        QTest::newRow("wrapped by Windows")
+            << QStringLiteral("application/x-qt-windows-mime;value=\"BoreAnalystTraceData\"");
+        QTest::newRow("other format") << QStringLiteral("application/octet-stream");
+    }
+
+    void pasteReadsTheBlockUnderEitherName()
+    {
+        QFETCH(QString, format);
+        const bool known = format != QStringLiteral("application/octet-stream");
+        auto source = MakeTwoTraceDocument();
+        CollectingMessageSink sink;
+        const CTrace* traces[] = {&source->Trace(0)};
+        const auto block = CopyTraces(traces, sink);
+        QVERIFY(block);
+        auto* data = new QMimeData;
+        data->setData(format, QByteArray(reinterpret_cast<const char*>(block->data()),
+                                         static_cast<qsizetype>(block->size())));
+        QApplication::clipboard()->setMimeData(data);
+
+        CMainFrame frame(RecordingServices(sink));
+        CDocumentWindow* target = frame.NewDocument();
+        QCOMPARE(FindAction(frame, QStringLiteral("&Paste"))->isEnabled(), known);
+        QCOMPARE(frame.PasteClipboardTraces(), known);
+        QCOMPARE(target->Document().TraceCount(), std::size_t(known ? 1 : 0));
+        if (known) QVERIFY(Samples(target->Document(), 0) == Samples(*source, 0));
+        QVERIFY(sink.messages.empty());
+    }
+
+    void pasteOfATimeTraceIntoADepthDocumentAsks_data()
+    {
+        QTest::addColumn<bool>("answer");
+        QTest::newRow("No keeps the trace as pasted") << false;
+        QTest::newRow("Yes needs a Time trace") << true;
+    }
+
+    void pasteOfATimeTraceIntoADepthDocumentAsks()
+    {
+        QFETCH(bool, answer);
+        QApplication::clipboard()->clear();
+        CollectingMessageSink sink;
+        QStringList questions;
+        ShellServices services = RecordingServices(sink);
+        services.askYesNo = [&](const QString& question) {
+            questions << question;
+            return answer;
+        };
+        CMainFrame frame(services);
+        auto timeDoc = std::make_unique<CBoreAnalystDoc>();
+        CTrace& timed = AddLineTrace(*timeDoc, "TEMP", "DEG C", {{1.0f, 20.0f}, {2.0f, 21.0f}});
+        timed.SetDepthUnit(kTimeSeconds);
+        CDocumentWindow* source = frame.AddDocument(std::move(timeDoc));
+        source->View().SelectTrace(&source->Document().Trace(0), false);
+        QVERIFY(frame.CopySelectedTraces());
+
+        CDocumentWindow* target = frame.AddDocument(MakeTwoTraceDocument());
+        QVERIFY(frame.PasteClipboardTraces());
+        QCOMPARE(questions, QStringList{QString::fromUtf8(kSyncWithTimeQuestion.data(),
+                                                          static_cast<qsizetype>(kSyncWithTimeQuestion.size()))});
+        const CBoreAnalystDoc& doc = target->Document();
+        QCOMPARE(doc.TraceCount(), std::size_t(3));
+        // Without a "Time" trace there is nothing to re-index through, whatever the answer.
+        QCOMPARE(doc.Trace(2).DepthUnit(), std::int32_t(kTimeSeconds));
+        QVERIFY(Samples(doc, 2) == Samples(source->Document(), 0));
+        const QStringList expectedMessages =
+            answer ? QStringList{QStringLiteral("Error: No trace named \"Time\" found for syncronization.")}
+                   : QStringList{};
+        QCOMPARE(Texts(sink), expectedMessages);
     }
 
     void closingAModifiedDocumentAsks_data()

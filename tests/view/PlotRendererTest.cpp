@@ -194,6 +194,14 @@ float Rough(float d)
     return static_cast<float>(50.0 + wave);
 }
 
+// Mostly nulls: lone samples and short pieces, several to a row where zoomed out, rows
+// apart where zoomed in.
+float Speckled(float d)
+{
+    if (std::fmod(d, 1.3f) >= 0.12f) return kNullValue;
+    return static_cast<float>(50.0 + std::sin(d * 5.1) * 45.0);
+}
+
 TEST(LogPlotRenderer, ReducedDrawingPaintsTheSamePixelsAsEverySample)
 {
     const struct {
@@ -207,6 +215,7 @@ TEST(LogPlotRenderer, ReducedDrawingPaintsTheSamePixelsAsEverySample)
         trace.ChangePen(c.width, kPenSolid, 3);
         trace.SetScale(10.0f, 90.0f); // part of the curve runs past both edges
         AddLine(doc, "S", 1, 1, 0.0f, 5000.0f, 0.5f, Rough).SetScale(100.0f, 0.0f); // reversed scale
+        AddLine(doc, "P", 2, 2, 0.0f, 5000.0f, 0.05f, Speckled).ChangePen(c.width, kPenSolid, 2);
         PlotViewport viewport = Viewport(c.top);
         viewport.verticalScale = c.scale;
         const QImage reduced = Render(doc, viewport);
