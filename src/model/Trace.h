@@ -25,6 +25,9 @@ inline constexpr float kNullValue = -9999.99f;
 // rounded to float; a literal double comparison would never match a stored null.)
 inline bool IsNullSample(float value) { return value == kNullValue; }
 
+// The flag that hides a trace in the log plot (flags 0 and 1 carry no other meaning).
+inline constexpr std::size_t kHiddenTraceFlag = 0;
+
 enum class TraceKind : std::uint32_t { Line = 0, Image = 1, Sonic = 2, Spectral = 3 };
 
 // Depth-unit codes of the display axis.
@@ -118,6 +121,8 @@ public:
     void SetFlags(std::int32_t value);
     // Flag 2 marks an axis that is not a regular depth sampling.
     bool IrregularAxis() const { return m_flags[2]; }
+    // Flag 0 marks a trace the user has hidden: it keeps its data and legend but draws no curve.
+    bool IsHidden() const { return m_flags[kHiddenTraceFlag]; }
 
     // --- depths
     std::size_t SampleCount() const { return m_depths.Size(); }

@@ -3,7 +3,6 @@
 #include "model/LineTrace.h"
 #include "view/PlotCurve.h"
 #include "view/PlotText.h"
-#include "view/TracePropertiesDlg.h"
 
 #include <QFont>
 #include <QPainter>
@@ -134,7 +133,7 @@ void DrawLegend(QPainter& painter, const LegendBox& legend, const PlotLayout& la
         const QPen pen = TracePen(*line, s);
         // A hidden trace keeps its legend box (so it can still be selected and shown again)
         // but loses the line sample, which marks it as hidden.
-        if (pen.style() != Qt::NoPen && !trace.Flag(kHiddenTraceFlag)) {
+        if (pen.style() != Qt::NoPen && !trace.IsHidden()) {
             const double inset = pen.widthF() / 2.0 + 1.0 * s;
             const double y = box.top() + kLegendLineOffset * s;
             painter.setPen(pen);
@@ -211,7 +210,7 @@ void CLogPlotRenderer::Paint(QPainter& painter, const CBoreAnalystDoc& doc, cons
         const auto* line = dynamic_cast<const CLineTrace*>(&doc.Trace(i));
         const std::int32_t index = doc.Trace(i).TrackIndex();
         const CTrack* track = doc.TrackAt(index);
-        if (line == nullptr || track == nullptr || line->Flag(kHiddenTraceFlag)) continue;
+        if (line == nullptr || track == nullptr || line->IsHidden()) continue;
         DrawCurve(painter, *line, layout, track->Area(), layout.tracks[static_cast<std::size_t>(index)],
                   viewport.drawEverySample);
     }

@@ -23,7 +23,6 @@ namespace ba {
 class CBoreAnalystDoc;
 class CTrace;
 
-inline constexpr std::size_t kHiddenTraceFlag = 0;
 inline constexpr std::string_view kEmptyTraceNameMessage = "Error: The trace name must not be empty.";
 inline constexpr std::string_view kEqualScaleEndsMessage = "Error: The left and right scale values must differ.";
 
