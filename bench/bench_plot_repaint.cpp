@@ -24,6 +24,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -168,18 +169,28 @@ int main(int argc, char** argv)
            TimeRuns(runs, [&] { return Repaint(image, frameOnly, zoomed); }, [](const QImage*) {}));
 
     const ba::PlotRowWindow window = wholeLayout.RowWindow();
-    Report("reduction only, whole range, 10 traces", TimeRuns(
-                                                        runs,
-                                                        [&] {
-                                                            std::size_t count = 0;
-                                                            for (std::size_t i = 0; i < doc.TraceCount(); ++i) {
-                                                                const auto& line = static_cast<const ba::CLineTrace&>(doc.Trace(i));
-                                                                count += ba::DecimateCurve(line, window).size();
-                                                            }
-                                                            return count;
-                                                        },
-                                                        [](std::size_t count) {
-                                                            if (count == 0) std::exit(1);
-                                                        }));
+    std::vector<const ba::CLineTrace*> lines;
+    for (std::size_t i = 0; i < doc.TraceCount(); ++i) lines.push_back(static_cast<const ba::CLineTrace*>(&doc.Trace(i)));
+    const auto checkRuns = [](std::size_t count) {
+        if (count == 0) std::exit(1);
+    };
+    Report("reduction only, whole range, 10 traces, one thread", TimeRuns(
+                                                                     runs,
+                                                                     [&] {
+                                                                         std::size_t count = 0;
+                                                                         for (const ba::CLineTrace* line : lines)
+                                                                             count += ba::DecimateCurve(*line, window).size();
+                                                                         return count;
+                                                                     },
+                                                                     checkRuns));
+    Report("reduction only, whole range, 10 traces, all cores", TimeRuns(
+                                                                    runs,
+                                                                    [&] {
+                                                                        std::size_t count = 0;
+                                                                        for (const auto& r : ba::DecimateCurves(lines, window))
+                                                                            count += r.size();
+                                                                        return count;
+                                                                    },
+                                                                    checkRuns));
     return 0;
 }

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
+#include <system_error>
+#include <thread>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -166,6 +169,9 @@ void AddSamples(RunBuilder& builder, const DisplayDepths& depths, const CLineTra
 // end beats visiting every sample.
 constexpr std::size_t kSamplesPerRowForSearch = 4;
 
+// Below this many samples in all, starting a thread costs more than it saves.
+constexpr std::size_t kSamplesForThreads = 1'000'000;
+
 } // namespace
 
 std::int64_t PlotRowWindow::RowOf(float d) const
@@ -226,6 +232,36 @@ std::vector<CurveRun> DecimateCurve(const CLineTrace& trace, const PlotRowWindow
         i = rowEnd;
     }
     return builder.Finish();
+}
+
+std::vector<std::vector<CurveRun>> DecimateCurves(std::span<const CLineTrace* const> traces,
+                                                  const PlotRowWindow& window)
+{
+    std::vector<std::vector<CurveRun>> runs(traces.size());
+    const std::size_t samples = std::accumulate(traces.begin(), traces.end(), std::size_t{0},
+                                                [](std::size_t sum, const CLineTrace* t) { return sum + t->SampleCount(); });
+    const std::size_t threads = std::min<std::size_t>(std::max(1u, std::thread::hardware_concurrency()), traces.size());
+    if (threads <= 1 || samples < kSamplesForThreads) {
+        for (std::size_t k = 0; k < traces.size(); ++k) runs[k] = DecimateCurve(*traces[k], window);
+        return runs;
+    }
+    // Worker w takes traces w, w + threads, ...; each writes only its own results.
+    auto work = [&](std::size_t first) {
+        for (std::size_t k = first; k < traces.size(); k += threads) runs[k] = DecimateCurve(*traces[k], window);
+    };
+    std::size_t started = 1;
+    {
+        std::vector<std::jthread> workers;
+        workers.reserve(threads - 1);
+        try {
+            for (; started < threads; ++started) workers.emplace_back(work, started);
+        } catch (const std::system_error&) {
+            // No thread to be had: the shares of the workers that did not start are done here.
+        }
+        work(0);
+    }
+    for (std::size_t w = started; w < threads; ++w) work(w);
+    return runs;
 }
 
 } // namespace ba

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace ba {
@@ -52,5 +53,12 @@ std::vector<CurveRun> DecimateCurve(const CLineTrace& trace, const PlotRowWindow
 // The same runs computed by visiting every sample: the reference for tests and for
 // traces too short to gain from the search.
 std::vector<CurveRun> DecimateCurveBySample(const CLineTrace& trace, const PlotRowWindow& window);
+
+// DecimateCurve for each trace, result k for traces[k]. A plot of the whole depth range
+// reads every sample of every trace once, so when the traces hold enough samples the work
+// is shared among the processor's cores, whole traces to each; the runs are the same as
+// computed one after the other.
+std::vector<std::vector<CurveRun>> DecimateCurves(std::span<const CLineTrace* const> traces,
+                                                  const PlotRowWindow& window);
 
 } // namespace ba

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace ba {
 namespace {
@@ -206,13 +207,25 @@ void CLogPlotRenderer::Paint(QPainter& painter, const CBoreAnalystDoc& doc, cons
     }
     DrawDepthColumn(painter, layout);
 
+    // The curves in document order; their reduction to pixel rows is done for all of them
+    // at once, so that it can be shared among the cores.
+    std::vector<const CLineTrace*> lines;
     for (std::size_t i = 0; i < doc.TraceCount(); ++i) {
         const auto* line = dynamic_cast<const CLineTrace*>(&doc.Trace(i));
-        const std::int32_t index = doc.Trace(i).TrackIndex();
-        const CTrack* track = doc.TrackAt(index);
-        if (line == nullptr || track == nullptr || line->IsHidden()) continue;
-        DrawCurve(painter, *line, layout, track->Area(), layout.tracks[static_cast<std::size_t>(index)],
-                  viewport.drawEverySample);
+        if (line == nullptr || doc.TrackAt(line->TrackIndex()) == nullptr || line->IsHidden()) continue;
+        lines.push_back(line);
+    }
+    std::vector<std::vector<CurveRun>> runs;
+    if (!viewport.drawEverySample) runs = DecimateCurves(lines, layout.RowWindow());
+    for (std::size_t k = 0; k < lines.size(); ++k) {
+        const CLineTrace& line = *lines[k];
+        const std::int32_t index = line.TrackIndex();
+        const CRect32& area = doc.TrackAt(index)->Area();
+        const QRectF& trackRect = layout.tracks[static_cast<std::size_t>(index)];
+        if (viewport.drawEverySample)
+            DrawEverySampleCurve(painter, line, layout, area, trackRect);
+        else
+            DrawReducedCurve(painter, line, layout, area, trackRect, runs[k]);
     }
 
     // The header last: nothing of the curves reaches into it.

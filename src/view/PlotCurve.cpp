@@ -88,11 +88,15 @@ private:
 // A solid curve through the runs. A run's stroke from its first value through its extremes
 // to its last stays on one row within [minimum, maximum], so the join into the run plus
 // one stroke across that span covers the same pixels with two segments instead of four.
-// A run of one pixel that nothing joins to or from is drawn as a point.
+// A run of one pixel that nothing joins to or from is drawn as a point. With a one-pixel
+// pen a span is a rectangle one pixel high: filled as such it costs a fraction of a line.
 void DrawSolidRuns(QPainter& painter, const std::vector<CurveRun>& runs, const PixelMapper& map)
 {
+    const bool thin = painter.pen().isCosmetic() && painter.pen().widthF() <= 1.0;
     QList<QLineF> segments;
-    segments.reserve(static_cast<qsizetype>(2 * runs.size()));
+    segments.reserve(static_cast<qsizetype>((thin ? 1 : 2) * runs.size()));
+    QList<QRectF> spans;
+    if (thin) spans.reserve(static_cast<qsizetype>(runs.size()));
     QList<QPointF> points;
     QPointF previousLast;
     for (std::size_t k = 0; k < runs.size(); ++k) {
@@ -103,20 +107,32 @@ void DrawSolidRuns(QPainter& painter, const std::vector<CurveRun>& runs, const P
         const double left = map.X(run.minimum);
         const double right = map.X(run.maximum);
         if (left != right) {
-            segments.push_back(QLineF(left, y, right, y));
+            if (thin) {
+                const double low = std::min(left, right); // a reversed scale puts the minimum on the right
+                spans.push_back(QRectF(low - 0.5, y - 0.5, std::abs(right - left) + 1.0, 1.0));
+            } else {
+                segments.push_back(QLineF(left, y, right, y));
+            }
         } else if (!run.joined && !(k + 1 < runs.size() && runs[k + 1].joined)) {
             points.push_back(first);
         }
         previousLast = QPointF(map.X(run.last), y);
     }
+    if (!spans.isEmpty()) {
+        const QColor colour = painter.pen().color();
+        painter.save();
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colour);
+        painter.drawRects(spans.data(), static_cast<int>(spans.size()));
+        painter.restore();
+    }
     if (!segments.isEmpty()) painter.drawLines(segments);
     if (!points.isEmpty()) painter.drawPoints(points.data(), static_cast<int>(points.size()));
 }
 
-void DrawRuns(QPainter& painter, const CLineTrace& trace, const PlotLayout& layout, const PixelMapper& map,
-              CurveStrokes& strokes)
+void DrawRuns(QPainter& painter, const std::vector<CurveRun>& runs, const PixelMapper& map, CurveStrokes& strokes)
 {
-    for (const CurveRun& run : DecimateCurve(trace, layout.RowWindow())) {
+    for (const CurveRun& run : runs) {
         if (!run.joined) strokes.Break(painter);
         const double y = map.Y(run.row);
         strokes.Add({map.X(run.first), y});
@@ -170,6 +186,16 @@ QPen TracePen(const CLineTrace& trace, double unitScale)
 void DrawCurve(QPainter& painter, const CLineTrace& trace, const PlotLayout& layout, const CRect32& area,
                const QRectF& trackRect, bool everySample)
 {
+    if (everySample) {
+        DrawEverySampleCurve(painter, trace, layout, area, trackRect);
+    } else {
+        DrawReducedCurve(painter, trace, layout, area, trackRect, DecimateCurve(trace, layout.RowWindow()));
+    }
+}
+
+void DrawReducedCurve(QPainter& painter, const CLineTrace& trace, const PlotLayout& layout, const CRect32& area,
+                      const QRectF& trackRect, const std::vector<CurveRun>& runs)
+{
     const QPen pen = TracePen(trace, layout.unitScale);
     if (pen.style() == Qt::NoPen || layout.rowsPerDepth <= 0.0 || layout.rows <= 0) return;
     painter.save();
@@ -177,17 +203,28 @@ void DrawCurve(QPainter& painter, const CLineTrace& trace, const PlotLayout& lay
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setPen(pen);
     const PixelMapper map(trace, layout, area, trackRect);
-    const bool solid = pen.style() == Qt::SolidLine;
-    if (solid && !everySample) {
-        DrawSolidRuns(painter, DecimateCurve(trace, layout.RowWindow()), map);
+    if (pen.style() == Qt::SolidLine) {
+        DrawSolidRuns(painter, runs, map);
     } else {
-        CurveStrokes strokes(solid);
-        if (everySample)
-            DrawEverySample(painter, trace, layout, map, strokes);
-        else
-            DrawRuns(painter, trace, layout, map, strokes);
+        CurveStrokes strokes(false);
+        DrawRuns(painter, runs, map, strokes);
         strokes.Finish(painter);
     }
+    painter.restore();
+}
+
+void DrawEverySampleCurve(QPainter& painter, const CLineTrace& trace, const PlotLayout& layout, const CRect32& area,
+                          const QRectF& trackRect)
+{
+    const QPen pen = TracePen(trace, layout.unitScale);
+    if (pen.style() == Qt::NoPen || layout.rowsPerDepth <= 0.0 || layout.rows <= 0) return;
+    painter.save();
+    painter.setClipRect(trackRect);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setPen(pen);
+    CurveStrokes strokes(pen.style() == Qt::SolidLine);
+    DrawEverySample(painter, trace, layout, PixelMapper(trace, layout, area, trackRect), strokes);
+    strokes.Finish(painter);
     painter.restore();
 }
 

@@ -4,6 +4,7 @@
 // Values beyond the scale run along the track's edges.
 
 #include "model/LineTrace.h"
+#include "model/PlotDecimation.h"
 #include "view/PlotLayout.h"
 
 #include <QColor>
@@ -24,5 +25,13 @@ QPen TracePen(const CLineTrace& trace, double unitScale);
 // clipped to `trackRect` (pixels).
 void DrawCurve(QPainter& painter, const CLineTrace& trace, const PlotLayout& layout, const CRect32& area,
                const QRectF& trackRect, bool everySample);
+
+// DrawCurve from the trace's runs in the layout's row window, computed beforehand.
+void DrawReducedCurve(QPainter& painter, const CLineTrace& trace, const PlotLayout& layout, const CRect32& area,
+                      const QRectF& trackRect, const std::vector<CurveRun>& runs);
+
+// DrawCurve through every sample.
+void DrawEverySampleCurve(QPainter& painter, const CLineTrace& trace, const PlotLayout& layout, const CRect32& area,
+                          const QRectF& trackRect);
 
 } // namespace ba

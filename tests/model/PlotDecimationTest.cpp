@@ -129,6 +129,25 @@ TEST(PlotDecimation, DenseRowFindsExtremesAndGapsAtEveryPosition)
     }
 }
 
+// Enough samples in all that the work is shared among threads (where the machine has
+// several cores): every trace must still get its own runs, in its own slot.
+TEST(PlotDecimation, SeveralTracesAtOnceGiveEachTracesOwnRuns)
+{
+    std::mt19937 rng(7);
+    std::vector<CLineTrace> traces;
+    for (std::size_t k = 0; k < 5; ++k) traces.push_back(RandomTrace(rng, 150'000 + 40'000 * k, 0.001, k % 2));
+    std::vector<const CLineTrace*> pointers;
+    for (const CLineTrace& trace : traces) pointers.push_back(&trace);
+    const PlotRowWindow window{150.0f, 9000.0f, 0.1, 800};
+    const auto runs = DecimateCurves(pointers, window);
+    ASSERT_EQ(runs.size(), traces.size());
+    for (std::size_t k = 0; k < traces.size(); ++k) {
+        EXPECT_FALSE(runs[k].empty()) << "trace " << k;
+        EXPECT_EQ(runs[k], DecimateCurve(traces[k], window)) << "trace " << k;
+    }
+    EXPECT_TRUE(DecimateCurves({}, window).empty());
+}
+
 TEST(PlotDecimation, EmptyInputsGiveNoRuns)
 {
     CLineTrace trace;
