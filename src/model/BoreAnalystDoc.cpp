@@ -2,6 +2,7 @@
 
 #include "io/FileIO.h"
 #include "model/Archive.h"
+#include "model/ImageTrace.h"
 #include "model/LineTrace.h"
 #include "model/TraceClasses.h"
 
@@ -219,6 +220,13 @@ void CBoreAnalystDoc::ReadTraceEntry(CArchiveReader& ar, std::size_t e, std::siz
         sink.Warning("Warning: \"" + std::string(source) + "\": trace \"" + added.Name() + "\" has " +
                      std::to_string(line->SampleCount()) + " depths but " + std::to_string(line->Values().Size()) +
                      " values; depths without a value read as null and values without a depth are not used.");
+    }
+    if (const auto* image = dynamic_cast<const CImageTrace*>(&added);
+        image != nullptr && image->RowCount() != image->SampleCount()) {
+        // Kept as read, like the line trace case above.
+        sink.Warning("Warning: \"" + std::string(source) + "\": trace \"" + added.Name() + "\" has " +
+                     std::to_string(image->SampleCount()) + " depths but " + std::to_string(image->RowCount()) +
+                     " rows; it is kept as read.");
     }
     if (added.Track() == nullptr) {
         sink.Warning("Warning: \"" + std::string(source) + "\": trace \"" + added.Name() + "\" names track " + std::to_string(added.TrackIndex()) +

@@ -1,6 +1,8 @@
 #include "model/ClipboardBlock.h"
 
 #include "model/Archive.h"
+#include "model/SonicTrace.h"
+#include "model/TraceClasses.h"
 
 #include <limits>
 #include <stdexcept>
@@ -59,7 +61,10 @@ std::vector<ClipboardEntry> ReadClipboardEntries(std::span<const std::uint8_t> b
     return entries;
 }
 
-std::unique_ptr<CLineTrace> ReadLineTraceImage(std::span<const std::uint8_t> block, const ClipboardEntry& entry)
+namespace {
+
+// Loads `trace` from the record that fills the image of `entry`.
+void ReadTraceRecordImage(std::span<const std::uint8_t> block, const ClipboardEntry& entry, CTrace& trace)
 {
     // The reader sees the block only up to the end of this image, and starts at the image,
     // so a record longer than the image ends in the reader's end-of-data error and every
@@ -68,14 +73,33 @@ std::unique_ptr<CLineTrace> ReadLineTraceImage(std::span<const std::uint8_t> blo
     if (end > block.size()) throw std::out_of_range("clipboard entry lies outside its block");
     CArchiveReader ar(block.first(end));
     ar.ReadBytes(entry.imageOffset);
-    ar.SetContext("clipboard entry at byte " + std::to_string(entry.offset) + " (CLineTrace)");
-
-    auto trace = std::make_unique<CLineTrace>();
-    trace->Deserialize(ar);
+    ar.SetContext("clipboard entry at byte " + std::to_string(entry.offset) + " (" + std::string(trace.ClassName()) +
+                  ")");
+    trace.Deserialize(ar);
     if (ar.Remaining() != 0) {
         ar.Fail(ArchiveFault::BadCount, "the trace record ends " + std::to_string(ar.Remaining()) +
                                             " bytes before the image length " + std::to_string(entry.image.size()));
     }
+}
+
+} // namespace
+
+std::unique_ptr<CLineTrace> ReadLineTraceImage(std::span<const std::uint8_t> block, const ClipboardEntry& entry)
+{
+    auto trace = std::make_unique<CLineTrace>();
+    ReadTraceRecordImage(block, entry, *trace);
+    return trace;
+}
+
+std::unique_ptr<CTrace> ReadTraceImage(std::span<const std::uint8_t> block, const ClipboardEntry& entry)
+{
+    if (entry.kind == static_cast<std::int32_t>(TraceKind::Sonic)) {
+        return CSonicTrace::FromClipboardImage(entry.image, entry.imageOffset);
+    }
+    const TraceClassInfo* info = entry.kind >= 0 ? TraceClassForKind(static_cast<std::uint32_t>(entry.kind)) : nullptr;
+    if (info == nullptr) return nullptr;
+    std::unique_ptr<CTrace> trace = info->create();
+    ReadTraceRecordImage(block, entry, *trace);
     return trace;
 }
 
@@ -84,6 +108,15 @@ std::vector<std::uint8_t> LineTraceImage(const CLineTrace& trace)
     CArchiveWriter ar;
     trace.Serialize(ar);
     return ar.TakeBytes();
+}
+
+ClipboardImage TraceImage(const CTrace& trace)
+{
+    const auto kind = static_cast<std::int32_t>(trace.Kind());
+    if (const auto* sonic = dynamic_cast<const CSonicTrace*>(&trace)) return {kind, sonic->ClipboardImage()};
+    CArchiveWriter ar;
+    trace.Serialize(ar);
+    return {kind, ar.TakeBytes()};
 }
 
 std::vector<std::uint8_t> WriteClipboardBlock(std::span<const ClipboardImage> images)

@@ -1,21 +1,26 @@
 #include "model/TraceClasses.h"
 
+#include "model/ImageTrace.h"
 #include "model/LineTrace.h"
+#include "model/SonicTrace.h"
+#include "model/SpectralTrace.h"
 
 #include <array>
 
 namespace ba {
 namespace {
 
-std::unique_ptr<CTrace> MakeLineTrace() { return std::make_unique<CLineTrace>(); }
+template <typename T>
+std::unique_ptr<CTrace> MakeTrace()
+{
+    return std::make_unique<T>();
+}
 
-// Image, sonic and spectrum traces are recognised so that a document holding them is
-// refused by name rather than misread.
 constexpr std::array<TraceClassInfo, 4> kTraceClasses = {{
-    {0, "CLineTrace", &MakeLineTrace},
-    {1, "CImageTrace", nullptr},
-    {2, "CSonicTrace", nullptr},
-    {3, "CSpectralTrace", nullptr},
+    {0, CLineTrace::kClassName, &MakeTrace<CLineTrace>},
+    {1, CImageTrace::kClassName, &MakeTrace<CImageTrace>},
+    {2, CSonicTrace::kClassName, &MakeTrace<CSonicTrace>},
+    {3, CSpectralTrace::kClassName, &MakeTrace<CSpectralTrace>},
 }};
 
 } // namespace

@@ -4,7 +4,6 @@
 #include "model/ClipboardBlock.h"
 #include "model/ClipboardSync.h"
 #include "model/LineTrace.h"
-#include "model/TraceClasses.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,22 +15,18 @@ namespace {
 
 constexpr float kNoShallowestDepth = 9999.9f;
 
-std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
-
 std::string EntryPlace(std::string_view source, std::size_t index, std::size_t count, std::size_t offset)
 {
     return "Error: " + std::string(source) + ": clipboard entry " + std::to_string(index + 1) + " of " +
            std::to_string(count) + " (byte offset " + std::to_string(offset) + ")";
 }
 
-// The message for an entry that is well framed but cannot be built by this version.
+// The message for an entry that is well framed but whose kind code names no trace class.
 std::string LeftOutMessage(std::string_view source, std::size_t index, std::size_t count,
                            const ClipboardEntry& entry)
 {
-    const std::string place = EntryPlace(source, index, count, entry.offset);
-    const TraceClassInfo* info = entry.kind >= 0 ? TraceClassForKind(static_cast<std::uint32_t>(entry.kind)) : nullptr;
-    if (info == nullptr) return place + " has the unknown kind code " + std::to_string(entry.kind) + "; it is left out.";
-    return place + " holds a " + std::string(info->className) + ", which this version cannot paste; it is left out.";
+    return EntryPlace(source, index, count, entry.offset) + " has the unknown kind code " +
+           std::to_string(entry.kind) + "; it is left out.";
 }
 
 void TakeDocumentAxis(const CBoreAnalystDoc& doc, CTrace& pasted)
@@ -46,16 +41,8 @@ std::optional<std::vector<std::uint8_t>> CopyTraces(std::span<const CTrace* cons
 {
     std::vector<ClipboardImage> images;
     images.reserve(traces.size());
-    for (const CTrace* trace : traces) {
-        const auto* line = dynamic_cast<const CLineTrace*>(trace);
-        if (line == nullptr) {
-            sink.Error("Error: trace " + Quoted(trace->Name()) + " is a " + std::string(trace->ClassName()) +
-                       "; only line traces can be copied in this version.");
-            return std::nullopt;
-        }
-        images.push_back({static_cast<std::int32_t>(TraceKind::Line), LineTraceImage(*line)});
-    }
     try {
+        for (const CTrace* trace : traces) images.push_back(TraceImage(*trace));
         return WriteClipboardBlock(images);
     } catch (const std::length_error& e) {
         sink.Error(std::string("Error: cannot copy the traces: ") + e.what() + ".");
@@ -106,8 +93,8 @@ PasteResult PasteTraces(CBoreAnalystDoc& doc, std::optional<std::span<const std:
         try {
             const std::vector<ClipboardEntry> entries = ReadClipboardEntries(*block);
             for (std::size_t i = 0; i < entries.size(); ++i) {
-                if (entries[i].kind == static_cast<std::int32_t>(TraceKind::Line)) {
-                    traces.push_back(ReadLineTraceImage(*block, entries[i]));
+                if (auto trace = ReadTraceImage(*block, entries[i])) {
+                    traces.push_back(std::move(trace));
                 } else {
                     leftOut.push_back(LeftOutMessage(source, i, entries.size(), entries[i]));
                 }

@@ -44,7 +44,7 @@ public:
 struct PasteResult {
     bool refused = false;           // the block is malformed: nothing was added, the document is unchanged
     std::size_t added = 0;          // traces added to the document
-    std::size_t skipped = 0;        // entries of kinds this version cannot build, left out
+    std::size_t skipped = 0;        // entries of unknown kind codes, left out
     std::size_t synchronised = 0;   // traces re-indexed onto the document's axis
     std::size_t droppedSamples = 0; // samples lost by re-indexing
     bool freshDocument = false;     // the document held no traces before the paste
@@ -54,19 +54,19 @@ struct PasteResult {
     std::optional<double> topDepth;
 };
 
-// Builds the clipboard block of `traces`, in order. Only line traces can be copied in this
-// version: any other kind is refused with an error naming it, and no block is built.
+// Builds the clipboard block of `traces`, in order, each entry with its kind code and the
+// image its kind uses. A block too large for its int32 fields is refused with an error and
+// none is built.
 std::optional<std::vector<std::uint8_t>> CopyTraces(std::span<const CTrace* const> traces, IMessageSink& sink);
 
 // Pastes `block` (none: the clipboard holds no data of the private format) into `doc`.
 // `source` names where the block came from in messages ("the clipboard", a file name).
 //
 // A block is checked whole before anything is added: a malformed one is refused with a
-// message naming the byte offset, and the document is left as it was. Entries of the
-// image, sonic and spectral kinds (and unknown kind codes) are well framed but cannot be
-// built yet: each is reported and left out, and the other entries are pasted. After a
-// paste, and also when there was no data, the document is marked modified and its views
-// updated.
+// message naming the byte offset, and the document is left as it was. Entries of unknown
+// kind codes are well framed but name no trace class: each is reported and left out, and
+// the other entries are pasted. After a paste, and also when there was no data, the
+// document is marked modified and its views updated.
 PasteResult PasteTraces(CBoreAnalystDoc& doc, std::optional<std::span<const std::uint8_t>> block,
                         std::string_view source, IYesNoQuestion& question, IMessageSink& sink);
 

@@ -235,11 +235,11 @@ TEST(ClipboardBlock, RefusedPasteLeavesTheDocumentUntouched)
         << sink.messages[0].text;
 }
 
-TEST(ClipboardBlock, OtherKindsAreLeftOutAndTheRestIsPasted)
+TEST(ClipboardBlock, UnknownKindsAreLeftOutAndTheRestIsPasted)
 {
-    // An image entry and an unknown kind, each with a few bytes of image, around a line trace.
+    // Two entries of unknown kinds, each with a few bytes of image, around a line trace.
     const auto line = SmallTraceBlock();
-    const auto block = Concat({Hex("03 00 00 00 | 01 00 00 00 | 03 00 00 00 | aa bb cc"),
+    const auto block = Concat({Hex("03 00 00 00 | 07 00 00 00 | 03 00 00 00 | aa bb cc"),
                                std::vector<std::uint8_t>(line.begin() + 4, line.end()),
                                Hex("09 00 00 00 | 00 00 00 00")});
     CBoreAnalystDoc doc;
@@ -252,8 +252,8 @@ TEST(ClipboardBlock, OtherKindsAreLeftOutAndTheRestIsPasted)
     ASSERT_EQ(doc.TraceCount(), 1u);
     EXPECT_EQ(doc.Trace(0).Name(), "GR");
     EXPECT_EQ(sink.Texts(), (std::vector<std::string>{
-                                "Error: the clipboard: clipboard entry 1 of 3 (byte offset 4) holds a CImageTrace, "
-                                "which this version cannot paste; it is left out.",
+                                "Error: the clipboard: clipboard entry 1 of 3 (byte offset 4) has the unknown kind code "
+                                "7; it is left out.",
                                 "Error: the clipboard: clipboard entry 3 of 3 (byte offset 161) has the unknown kind "
                                 "code 9; it is left out.",
                             }));

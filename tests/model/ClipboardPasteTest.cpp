@@ -297,23 +297,5 @@ TEST(ClipboardPaste, NoDataStillMarksModifiedAndUpdatesViews)
     EXPECT_EQ(updates, 1);
 }
 
-TEST(ClipboardCopy, OnlyLineTracesCanBeCopied)
-{
-    // A trace class this version cannot copy.
-    class OtherTrace final : public CTrace {
-    public:
-        std::string_view ClassName() const override { return "CImageTrace"; }
-        TraceKind Kind() const override { return TraceKind::Image; }
-    };
-    OtherTrace image;
-    image.SetName("FWS");
-    const auto line = Line("GR", kDepthMetres, {1.0f}, {1.0f});
-    const CTrace* traces[] = {line.get(), &image};
-    CollectingMessageSink sink;
-    EXPECT_FALSE(CopyTraces(traces, sink).has_value());
-    EXPECT_EQ(sink.Texts(), std::vector<std::string>{
-                                "Error: trace \"FWS\" is a CImageTrace; only line traces can be copied in this version."});
-}
-
 } // namespace
 } // namespace ba

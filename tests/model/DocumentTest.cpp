@@ -10,8 +10,6 @@
 namespace ba {
 namespace {
 
-using test::Hex;
-
 std::unique_ptr<CLineTrace> Line(const std::string& name, std::int32_t track = 0)
 {
     auto t = std::make_unique<CLineTrace>(1, kPenSolid, 0, 0.0f, 100.0f, name, "u");
@@ -216,26 +214,6 @@ TEST(DocumentHostile, CorruptionsAreRefusedWithTheirFaultAndOffset)
                 EXPECT_STREQ(e.what(), c.message) << c.defect;
             }
         }
-    }
-}
-
-TEST(DocumentHostile, KindsNotYetReadableAreRefusedByName)
-{
-    // A kind 1 entry holding a CImageTrace record.
-    auto bytes = SmallDocument();
-    const auto header = std::vector<std::uint8_t>(bytes.end() - (25 + 8 + 16 + 4), bytes.end());
-    std::vector<std::uint8_t> image(bytes.begin(), bytes.begin() + kCountAt);
-    const auto rest = Hex("01 00 00 00 | 01 00 00 00 | ff ff 01 00 0b 00 'CImageTrace'");
-    image.insert(image.end(), rest.begin(), rest.end());
-    image.insert(image.end(), header.begin(), header.end());
-    NullMessageSink sink;
-    try {
-        ReadDocumentBytes(image, sink, "image.bal");
-        FAIL();
-    } catch (const ArchiveException& e) {
-        EXPECT_EQ(e.Fault(), ArchiveFault::Unsupported);
-        EXPECT_STREQ(e.what(), "trace entry 1 of 1: the document holds a CImageTrace (trace kind 1), which this "
-                               "version of BoreAnalyst cannot read (byte offset 86)");
     }
 }
 

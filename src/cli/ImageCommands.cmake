@@ -1,0 +1,3 @@
+# The image trace commands.
+target_sources(boreanalyst-cli PRIVATE
+)
