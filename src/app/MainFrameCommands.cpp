@@ -11,9 +11,11 @@
 #include "io/TextExport.h"
 #include "io/WellCadExport.h"
 #include "model/LineTrace.h"
+#include "model/SonicTrace.h"
 #include "model/TraceClipboard.h"
 #include "view/GoToDepthDlg.h"
 #include "view/LogPlotView.h"
+#include "view/SonicPropertiesDlg.h"
 #include "view/TracePropertiesDlg.h"
 #include "view/UnitConversionDlg.h"
 
@@ -253,6 +255,15 @@ bool CMainFrame::EditTraceProperties(CTrace& trace)
 {
     CDocumentWindow* window = ActiveDocumentWindow();
     if (!window) return false;
+    // Image traces have their own pages: the sonic one with the tool's acquisition text.
+    if (auto* sonic = dynamic_cast<CSonicTrace*>(&trace)) {
+        CSonicPropertiesDlg dialog(window->Document(), *sonic, *m_sink, this);
+        return dialog.exec() == QDialog::Accepted;
+    }
+    if (auto* image = dynamic_cast<CImageTrace*>(&trace)) {
+        CImagePropertiesDlg dialog(window->Document(), *image, *m_sink, this);
+        return dialog.exec() == QDialog::Accepted;
+    }
     CTracePropertiesDlg dialog(window->Document(), trace, *m_sink, this);
     return dialog.exec() == QDialog::Accepted;
 }

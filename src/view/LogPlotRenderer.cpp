@@ -2,6 +2,7 @@
 
 #include "model/LineTrace.h"
 #include "view/PlotCurve.h"
+#include "view/PlotImageTrace.h"
 #include "view/PlotText.h"
 
 #include <QFont>
@@ -140,6 +141,10 @@ void DrawLegend(QPainter& painter, const LegendBox& legend, const PlotLayout& la
             painter.setPen(pen);
             painter.drawLine(QPointF(box.left() + inset, y), QPointF(box.right() - inset, y));
         }
+    } else if (dynamic_cast<const CImageTrace*>(&trace) != nullptr && !trace.IsHidden()) {
+        const double y = box.top() + kLegendLineOffset * s;
+        const QRectF strip(QPointF(box.left() + 3 * s, y - 1.5 * s), QPointF(box.right() - 3 * s, y + 1.5 * s));
+        DrawImageLegendSample(painter, strip);
     }
 
     painter.setPen(Qt::black);
@@ -206,6 +211,13 @@ void CLogPlotRenderer::Paint(QPainter& painter, const CBoreAnalystDoc& doc, cons
         if (track.Setting(kOwnsGrid) != 0) DrawTrackGrid(painter, track, layout.tracks[t], layout);
     }
     DrawDepthColumn(painter, layout);
+
+    // Images first: they are opaque, and the curves must stay visible over them.
+    for (std::size_t i = 0; i < doc.TraceCount(); ++i) {
+        const auto* image = dynamic_cast<const CImageTrace*>(&doc.Trace(i));
+        if (image == nullptr || doc.TrackAt(image->TrackIndex()) == nullptr || image->IsHidden()) continue;
+        DrawImageTrace(painter, *image, layout, layout.tracks[static_cast<std::size_t>(image->TrackIndex())]);
+    }
 
     // The curves in document order; their reduction to pixel rows is done for all of them
     // at once, so that it can be shared among the cores.

@@ -1,7 +1,8 @@
 #pragma once
 // Draws a document's log plot with QPainter: the header band with the title and each
 // trace's legend box, the depth column between the left and the right tracks, the four
-// tracks with their grid lines, and every line trace in its track. The same renderer
+// tracks with their grid lines, every image trace (sonic, spectrum, plain image) and
+// every line trace in its track. The same renderer
 // serves the window, the printer, PNG and PDF files and the command-line tool.
 //
 // Geometry: plot units across (the document's plot width fills the painted width), and

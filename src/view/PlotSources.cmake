@@ -2,6 +2,7 @@
 target_sources(boreanalyst_view PRIVATE
   ${CMAKE_CURRENT_SOURCE_DIR}/LogPlotRenderer.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/PlotCurve.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/PlotImageTrace.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/PlotLayout.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/PlotText.cpp
 )
