@@ -1,0 +1,4 @@
+# The spectrum command.
+target_sources(boreanalyst-cli PRIVATE
+  ${CMAKE_CURRENT_SOURCE_DIR}/SpectrumCommand.cpp
+)
