@@ -1,0 +1,237 @@
+#include "sonic/RawDataImport.h"
+
+#include "model/SonicTrace.h"
+#include "sonic/SonicRecord.h"
+#include "sonic/SonicRow.h"
+#include "sonic/SonicStationRows.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ba {
+namespace {
+
+// A control record marks a time-digitised recording with 1 in byte 8 and 3 in byte 12;
+// bytes 16 to 19 then hold the time step as a count of milliseconds.
+constexpr std::size_t kControlKindByte = 8;
+constexpr std::size_t kControlModeByte = 12;
+constexpr std::size_t kTimeStepByte = 16;
+constexpr std::uint8_t kTimeDigitisingKind = 1;
+constexpr std::uint8_t kTimeDigitisingMode = 3;
+
+// A TX frequency byte above this (kHz), a stack interval byte above kMaxStackInterval (ms)
+// or a holdoff word above kMaxHoldoff (10 us), or any of them 0, marks a CLP probe with
+// the FWS upgrade, whose records do not carry these values.
+constexpr std::uint8_t kMaxTxFrequency = 30;
+constexpr std::uint8_t kMaxStackInterval = 250;
+constexpr std::int32_t kMaxHoldoff = 250;
+constexpr std::int32_t kFwsTxFrequency = 20;
+
+// The time step in minutes from its four bytes, byte by byte with the factors 256^i / 60000
+// rounded as the recording software rounds them.
+float TimeStepMinutes(const RawRecord& record)
+{
+    const double minutes = record.Byte(kTimeStepByte) * 1.6666667e-05 + record.Byte(kTimeStepByte + 1) * 0.0042666667 +
+                           record.Byte(kTimeStepByte + 2) * 1.0922667 + record.Byte(kTimeStepByte + 3) * 279.62027;
+    return static_cast<float>(minutes);
+}
+
+class RawDataImporter {
+public:
+    RawDataImporter(CBoreAnalystDoc& doc, std::string_view fileName, IMessageSink& sink)
+        : m_doc(doc), m_fileName(fileName), m_sink(sink)
+    {
+    }
+
+    RawDataImportResult Run(IRawByteSource& source, const RawDataImportOptions& options)
+    {
+        RawRecordReader reader(source, options.chunkBytes);
+        const std::uint64_t total = source.SizeHint();
+        const std::uint64_t interval = std::max<std::uint64_t>(options.progressIntervalBytes, 1);
+        std::uint64_t nextProgress = interval;
+        try {
+            RawRecord record;
+            while (reader.Next(record)) {
+                ++m_result.records;
+                Handle(record);
+                m_result.bytesRead = reader.BytesConsumed();
+                if (options.progress && m_result.bytesRead >= nextProgress) {
+                    nextProgress = m_result.bytesRead + interval;
+                    const double fraction = total > 0 ? static_cast<double>(m_result.bytesRead) / static_cast<double>(total) : 0.0;
+                    if (!options.progress(fraction < 1.0 ? fraction : 1.0)) {
+                        m_result.cancelled = true;
+                        break;
+                    }
+                }
+            }
+            m_result.complete = !m_result.cancelled;
+        } catch (const RawRecordError& e) {
+            m_sink.Error("Error: \"" + m_fileName + "\" record " + std::to_string(e.Record()) + " (byte offset " +
+                         std::to_string(e.Offset()) + "): " + e.what() + ".");
+        } catch (const RawInputError& e) {
+            m_sink.Error("Error: \"" + m_fileName + "\" after byte " + std::to_string(reader.BytesConsumed()) + ": " +
+                         e.what() + ".");
+        }
+        Finish();
+        if (m_result.complete && options.progress) options.progress(1.0);
+        return m_result;
+    }
+
+private:
+    void Handle(const RawRecord& record)
+    {
+        switch (record.Type()) {
+        case kRawControlRecord: HandleControl(record); break;
+        case kRawDataRecord:
+            if (IsSonicWaveformRecord(record)) HandleWaveforms(record);
+            break;
+        default: break; // other records of the logger are not sonic data
+        }
+    }
+
+    void HandleControl(const RawRecord& record)
+    {
+        if (record.Length() <= kControlModeByte || record.Byte(kControlKindByte) != kTimeDigitisingKind ||
+            record.Byte(kControlModeByte) != kTimeDigitisingMode) {
+            return;
+        }
+        if (m_result.timeDigitised) return;
+        if (record.Length() < kTimeStepByte + 4) {
+            throw RawRecordError(record.number, record.offset + record.Length(),
+                                 "the time-digitising control record is " + std::to_string(record.Length()) +
+                                     " bytes long, too short for its time step (bytes 16 to 19)");
+        }
+        m_result.timeDigitised = true;
+        m_timeStep = TimeStepMinutes(record);
+        m_sink.Note(std::string(kTimeDigitizingNote));
+        m_stationCounter = 0;
+    }
+
+    void HandleWaveforms(const RawRecord& record)
+    {
+        DecodeSonicRecord(record, m_record); // refuses a damaged record before anything is changed
+        ++m_result.waveformRecords;
+        if (!m_tracesMade) MakeTraces(m_record.blocks.size());
+
+        std::string toolType(kClpToolType);
+        const bool fwsBytes = m_record.txFrequencyByte == 0 || m_record.txFrequencyByte > kMaxTxFrequency ||
+                              m_record.txStackIntervalByte == 0 || m_record.txStackIntervalByte > kMaxStackInterval;
+        if (fwsBytes) toolType = kClpFwsToolType;
+        const bool fws = toolType == kClpFwsToolType;
+        const std::int32_t txFrequency = fws ? kFwsTxFrequency : m_record.txFrequencyByte;
+        const std::int32_t txStackInterval = fws ? 0 : m_record.txStackIntervalByte;
+        const float depth = StationDepth(record);
+
+        const std::size_t receivers = std::min(m_record.blocks.size(), m_traces.size());
+        for (std::size_t r = 0; r < receivers; ++r) {
+            const SonicBlock& block = m_record.blocks[r];
+            CSonicTrace& trace = *m_traces[r];
+            SonicAcquisition& acq = trace.Acquisition();
+            acq.txFrequency = txFrequency;
+            acq.txStackInterval = txStackInterval;
+            acq.txMode = 0;
+            acq.txNumStacks = block.txNumStacks;
+            acq.rxMode = block.rxMode;
+            acq.rxSampleRate1 = block.sampleRate1;
+            acq.rxSampleRate2 = block.sampleRate2;
+            acq.rxNumSamples1 = block.n1;
+            acq.rxGain = std::int32_t{1} << block.gainExponent;
+
+            const bool useRate2 = Rate2SamplesUsable(block);
+            if (!useRate2 && !m_rate2Reported) {
+                m_sink.Error(std::string(kRate2MultipleMessage));
+                m_rate2Reported = true;
+            }
+            acq.rxNumSamples2 = useRate2 ? block.n2 : 0;
+
+            SonicStationRows& rows = m_rows[r];
+            const SonicStationRows::Place place = rows.PlaceFor(depth);
+            if (place == SonicStationRows::Place::Dropped) {
+                ++m_result.stationsDropped;
+            } else {
+                ImageRow row;
+                BuildSonicRow(block, useRate2, row);
+                rows.Add(place, depth, std::move(row));
+                ++m_result.stationsKept;
+            }
+
+            if (block.holdoff == 0 || block.holdoff > kMaxHoldoff) toolType = kClpFwsToolType;
+            acq.rxHoldoff = toolType == kClpFwsToolType ? 0 : block.holdoff;
+            trace.SetToolType(toolType);
+            const float start = static_cast<float>(10 * acq.rxHoldoff);
+            const float window = static_cast<float>(acq.rxSampleRate2 * acq.rxNumSamples2 +
+                                                    acq.rxSampleRate1 * acq.rxNumSamples1);
+            trace.SetScale(start, start + window);
+        }
+        if (m_result.timeDigitised) ++m_stationCounter;
+    }
+
+    float StationDepth(const RawRecord& record) const
+    {
+        if (m_result.timeDigitised) {
+            return static_cast<float>(static_cast<double>(m_stationCounter) * static_cast<double>(m_timeStep));
+        }
+        return static_cast<float>(static_cast<double>(record.Depth()) - kSonicDepthOffset);
+    }
+
+    void MakeTraces(std::size_t receivers)
+    {
+        m_tracesMade = true;
+        for (std::size_t r = 0; r < receivers; ++r) {
+            char name[16];
+            std::snprintf(name, sizeof name, "RX %1i", static_cast<int>(r + 1));
+            auto trace = std::make_unique<CSonicTrace>(name, 0.0f, 100.0f, "us");
+            trace->SetDepthUnit(m_result.timeDigitised ? kTimeMinutes : kDepthMetres);
+            m_traces.push_back(static_cast<CSonicTrace*>(&m_doc.AddTrace(std::move(trace))));
+        }
+        m_rows.resize(receivers);
+        m_result.tracesAdded = receivers;
+    }
+
+    // Hands the collected rows to their traces, shallowest first.
+    void Finish()
+    {
+        for (std::size_t r = 0; r < m_traces.size(); ++r) m_rows[r].MoveInto(*m_traces[r]);
+        if (m_result.stationsKept > 0) m_doc.SetModified();
+    }
+
+    CBoreAnalystDoc& m_doc;
+    std::string m_fileName;
+    IMessageSink& m_sink;
+    RawDataImportResult m_result;
+    SonicRecord m_record;
+    bool m_tracesMade = false;
+    std::vector<CSonicTrace*> m_traces;
+    std::vector<SonicStationRows> m_rows;
+    bool m_rate2Reported = false;
+    float m_timeStep = 0.0f;
+    std::int64_t m_stationCounter = 0;
+};
+
+} // namespace
+
+RawDataImportResult ImportRawData(CBoreAnalystDoc& doc, const std::filesystem::path& path, IMessageSink& sink,
+                                  const RawDataImportOptions& options)
+{
+    std::string reason;
+    const auto source = RawFileSource::Open(path, reason);
+    if (!source) {
+        sink.Error("Error: \"" + path.string() + "\": the raw-data file cannot be opened (" + reason + ").");
+        return {};
+    }
+    return ImportRawData(doc, *source, path.string(), sink, options);
+}
+
+RawDataImportResult ImportRawData(CBoreAnalystDoc& doc, IRawByteSource& source, std::string_view fileName,
+                                  IMessageSink& sink, const RawDataImportOptions& options)
+{
+    RawDataImporter importer(doc, fileName, sink);
+    RawDataImportResult result = importer.Run(source, options);
+    result.opened = true;
+    return result;
+}
+
+} // namespace ba
