@@ -1,6 +1,9 @@
 #!/usr/bin/env bash
 # Builds the demo document of borehole BA-1 from the logs in data/demo with
-# boreanalyst-cli, opens it again and describes it.
+# boreanalyst-cli, opens it again and describes it. Then imports the real well log in
+# data/real into a document laid out for reading, and opens it in the desktop
+# application; where no display is available (or QT_QPA_PLATFORM is offscreen) it says
+# so and draws that document's log plot into a PNG file instead.
 #
 # Usage: scripts/demo.sh BUILD_DIR [OUT_DIR]
 #   BUILD_DIR  a CMake build folder in which boreanalyst-cli was built
@@ -47,3 +50,38 @@ for depth in 30 45 70.5 110; do
     cali=$("$cli" value-at "$doc" CALI "$depth")
     printf '%6s m   GR %-8s API   RES %-9s ohm·m   CALI %-6s mm\n' "$depth" "$gr" "$res" "$cali"
 done
+
+echo
+real_las="$repo/data/real/42303347740000.las"
+real_doc="$out_dir/university_6-17_no1.bal"
+echo "== Importing the real well log $real_las"
+"$cli" import-las "$real_las" -o "$real_doc" >/dev/null
+# Keep the curves a petrophysicist reads first and give each its usual scale and colour:
+# gamma ray, caliper and SP on the left; deep and medium induction in the right track's
+# left half; density, neutron and photo-electric factor in its right half.
+for curve in DPHI PHIX C13 C24 SPHI GR3 SGRD DT; do
+    "$cli" remove-trace "$real_doc" "$curve" -o "$real_doc"
+done
+"$cli" set-trace "$real_doc" GR --scale 0,150 --track 0 --pen 1,0,2 -o "$real_doc"
+"$cli" set-trace "$real_doc" CALI --scale 6,16 --track 0 --pen 1,1,0 -o "$real_doc"
+"$cli" set-trace "$real_doc" SP --scale -40,100 --track 0 --pen 1,0,3 -o "$real_doc"
+"$cli" set-trace "$real_doc" ILD --scale 0,50 --track 2 --pen 1,0,1 -o "$real_doc"
+"$cli" set-trace "$real_doc" ILM --scale 0,50 --track 2 --pen 1,1,4 -o "$real_doc"
+"$cli" set-trace "$real_doc" RHOB --scale 1.95,2.95 --track 3 --pen 1,0,1 -o "$real_doc"
+"$cli" set-trace "$real_doc" NPHI --scale 0.45,-0.15 --track 3 --pen 1,1,3 -o "$real_doc"
+"$cli" set-trace "$real_doc" PE --scale 0,10 --track 3 --pen 1,2,4 -o "$real_doc"
+"$cli" info "$real_doc" | sed -n '/"traces"/,$p' | grep -E '"(name|samples|first_depth|last_depth)"' | paste - - - - |
+    sed -E 's/[",]//g; s/ +/ /g; s/^ //'
+
+# The view opens at 3000 ft, where the full suite of logs has begun (only the sonic was
+# recorded above), at 100 ft per centimetre.
+app="$1/bin/boreanalyst"
+echo
+if [[ ! -x $app ]]; then
+    echo "The desktop application was not built (configure with -DBA_BUILD_GUI=ON to build it)."
+elif [[ ${QT_QPA_PLATFORM:-} == offscreen || (-z ${DISPLAY:-} && -z ${WAYLAND_DISPLAY:-}) ]]; then
+    QT_QPA_PLATFORM=offscreen "$app" --top 3000 --scale 100 --demo-png "$out_dir/university_6-17_no1.png" "$real_doc"
+else
+    echo "== Opening $real_doc in the desktop application (close its window to finish)"
+    "$app" --top 3000 --scale 100 "$real_doc"
+fi

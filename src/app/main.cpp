@@ -2,10 +2,12 @@
 // command line or a new one. Without a display the program cannot show windows; it then
 // says so, or, given --demo-png, draws the named document's log plot into a PNG file.
 
+#include "app/DocumentWindow.h"
 #include "app/MainFrame.h"
 #include "app/PlotExport.h"
 #include "io/LasImport.h"
 #include "model/BoreAnalystDoc.h"
+#include "view/LogPlotView.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -15,6 +17,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 
 namespace {
 
@@ -45,7 +48,14 @@ std::unique_ptr<ba::CBoreAnalystDoc> LoadForDemo(const QString& path, ba::IMessa
     return doc;
 }
 
-int RenderDemo(const QStringList& files, const QString& pngPath)
+// Where a view starts: the depth at its top and its vertical scale, when given on the
+// command line.
+struct StartView {
+    std::optional<float> topDepth;
+    std::optional<float> verticalScale;
+};
+
+int RenderDemo(const QStringList& files, const QString& pngPath, const StartView& start)
 {
     StderrSink sink;
     if (files.size() != 1) {
@@ -54,12 +64,30 @@ int RenderDemo(const QStringList& files, const QString& pngPath)
     }
     auto doc = LoadForDemo(files.constFirst(), sink);
     if (!doc) return EXIT_FAILURE;
-    const ba::PlotViewport viewport =
-        ba::PlotExtentViewport(*doc, ba::LasViewTopDepth(*doc), doc->VerticalScale());
+    const ba::PlotViewport viewport = ba::PlotExtentViewport(*doc, start.topDepth.value_or(ba::LasViewTopDepth(*doc)),
+                                                             start.verticalScale.value_or(doc->VerticalScale()));
     if (!ba::WritePlotPng(*doc, viewport, pngPath, sink)) return EXIT_FAILURE;
     std::cout << "No display available: wrote the log plot of " << files.constFirst().toStdString() << " to "
               << pngPath.toStdString() << '\n';
     return EXIT_SUCCESS;
+}
+
+// Reads a number option into `value`; false, with a message, when it is not a number in
+// [lowest, highest].
+bool ReadNumberOption(const QCommandLineParser& parser, const QCommandLineOption& option, float lowest,
+                      float highest, std::optional<float>& value)
+{
+    if (!parser.isSet(option)) return true;
+    bool ok = false;
+    const float number = parser.value(option).toFloat(&ok);
+    if (!ok || !(number >= lowest && number <= highest)) {
+        std::cerr << "Error: --" << option.names().constFirst().toStdString() << ": \""
+                  << parser.value(option).toStdString() << "\" is not a number from " << lowest << " to " << highest
+                  << ".\n";
+        return false;
+    }
+    value = number;
+    return true;
 }
 
 } // namespace
@@ -81,10 +109,22 @@ int main(int argc, char* argv[])
                                      QStringLiteral("Without a display, draw the log plot of FILE into PATH."),
                                      QStringLiteral("PATH"));
     parser.addOption(demoPng);
+    const QCommandLineOption topOption(QStringLiteral("top"),
+                                       QStringLiteral("Show the documents from depth D (display units) down."),
+                                       QStringLiteral("D"));
+    const QCommandLineOption scaleOption(
+        QStringLiteral("scale"), QStringLiteral("Show the documents at S depth units per centimetre."),
+        QStringLiteral("S"));
+    parser.addOption(topOption);
+    parser.addOption(scaleOption);
     parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("A document (.bal) or LAS file to open."),
                                  QStringLiteral("[FILE]"));
     parser.process(app);
     const QStringList files = parser.positionalArguments();
+    StartView start;
+    if (!ReadNumberOption(parser, topOption, -1.0e7f, 1.0e7f, start.topDepth) ||
+        !ReadNumberOption(parser, scaleOption, 0.001f, 1.0e6f, start.verticalScale))
+        return EXIT_FAILURE;
 
     const bool offscreen = QGuiApplication::platformName() == QLatin1String("offscreen");
     if (parser.isSet(demoPng)) {
@@ -92,7 +132,7 @@ int main(int argc, char* argv[])
             std::cerr << "Error: --demo-png draws only where no display is available (offscreen platform).\n";
             return EXIT_FAILURE;
         }
-        return RenderDemo(files, parser.value(demoPng));
+        return RenderDemo(files, parser.value(demoPng), start);
     }
     if (offscreen) {
         std::cerr << "No display available: BoreAnalyst cannot show its windows here. "
@@ -105,7 +145,12 @@ int main(int argc, char* argv[])
     if (files.isEmpty()) {
         frame.NewDocument();
     } else {
-        for (const QString& file : files) frame.OpenOrImport(file);
+        for (const QString& file : files) {
+            ba::CDocumentWindow* window = frame.OpenOrImport(file);
+            if (window == nullptr) continue;
+            if (start.verticalScale) window->View().SetVerticalScale(*start.verticalScale);
+            if (start.topDepth) window->View().SetTopDepth(*start.topDepth);
+        }
     }
     return QApplication::exec();
 }

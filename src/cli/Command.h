@@ -46,7 +46,9 @@ Command AddDumpCommand(CLI::App& app);
 Command AddValueAtCommand(CLI::App& app);
 Command AddAddTraceCommand(CLI::App& app);
 Command AddRemoveTraceCommand(CLI::App& app);
+Command AddSetTraceCommand(CLI::App& app);
 Command AddImportLasCommand(CLI::App& app);
+Command AddImportRawDataCommand(CLI::App& app);
 Command AddExportLasCommand(CLI::App& app);
 Command AddExportTextCommand(CLI::App& app);
 Command AddExportWellCadCommand(CLI::App& app);
@@ -56,5 +58,8 @@ Command AddConvertUnitsCommand(CLI::App& app);
 Command AddPlotCommand(CLI::App& app);
 Command AddCopyBlockCommand(CLI::App& app);
 Command AddPasteBlockCommand(CLI::App& app);
+Command AddExportImageCommand(CLI::App& app);
+Command AddSettingsCommand(CLI::App& app);
+Command AddSpectrumCommand(CLI::App& app);
 
 } // namespace ba::cli

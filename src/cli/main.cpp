@@ -80,13 +80,16 @@ int main(int argc, char** argv)
     const std::vector<ba::cli::Command> commands = {
         ba::cli::AddNewCommand(app),      ba::cli::AddInfoCommand(app),     ba::cli::AddDumpCommand(app),
         ba::cli::AddValueAtCommand(app),  ba::cli::AddAddTraceCommand(app), ba::cli::AddRemoveTraceCommand(app),
-        ba::cli::AddImportLasCommand(app),
+        ba::cli::AddSetTraceCommand(app),
+        ba::cli::AddImportLasCommand(app), ba::cli::AddImportRawDataCommand(app),
         ba::cli::AddExportLasCommand(app), ba::cli::AddExportTextCommand(app), ba::cli::AddExportWellCadCommand(app),
         ba::cli::AddClassifyUnitsCommand(app), ba::cli::AddConvertUnitsCommand(app),
 #ifdef BA_CLI_HAS_PLOT
         ba::cli::AddPlotCommand(app),
 #endif
         ba::cli::AddCopyBlockCommand(app), ba::cli::AddPasteBlockCommand(app),
+        ba::cli::AddExportImageCommand(app), ba::cli::AddSettingsCommand(app),
+        ba::cli::AddSpectrumCommand(app),
     };
 
     if (ReportUnknownCommand(app, argc, argv)) return ba::cli::kExitUsage;

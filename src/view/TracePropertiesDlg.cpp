@@ -29,7 +29,6 @@ constexpr std::array<const char*, kLineColourCount> kColourNames{"Black", "Red",
 // Scale ends are free numbers of either sign; the spin boxes only need a range that
 // holds every float a plot scale could sensibly use.
 constexpr double kScaleLimit = 1.0e9;
-constexpr int kMaxPenWidth = 20;
 
 QDoubleSpinBox* MakeScaleEdit(QWidget* parent)
 {
@@ -101,7 +100,7 @@ QWidget* CTracePropertiesDlg::BuildPenPage()
     auto* form = new QFormLayout(page);
     m_penWidth = new QSpinBox(page);
     m_penWidth->setObjectName("penWidth");
-    m_penWidth->setRange(1, kMaxPenWidth);
+    m_penWidth->setRange(kMinPenWidth, kMaxPenWidth);
     m_penStyle = new QComboBox(page);
     m_penStyle->setObjectName("penStyle");
     for (const char* name : kPenStyleNames) m_penStyle->addItem(tr(name));
@@ -139,36 +138,20 @@ void CTracePropertiesDlg::LoadFromTrace()
 
 bool CTracePropertiesDlg::ApplyToTrace()
 {
-    const std::string name = m_name->text().trimmed().toStdString();
-    if (name.empty()) {
-        m_sink.Error(std::string(kEmptyTraceNameMessage));
-        return false;
-    }
-    const auto left = static_cast<float>(m_scaleLeft->value());
-    const auto right = static_cast<float>(m_scaleRight->value());
-    if (left == right) {
-        m_sink.Error(std::string(kEqualScaleEndsMessage));
-        return false;
-    }
-
-    m_trace.SetName(name);
-    m_trace.SetUnits(m_units->text().trimmed().toStdString());
-    m_trace.SetFlag(kHiddenTraceFlag, m_hidden->isChecked());
-    m_trace.SetScale(left, right);
+    TracePropertyEdit edit;
+    edit.name = m_name->text().toStdString();
+    edit.units = m_units->text().toStdString();
+    edit.hidden = m_hidden->isChecked();
+    edit.scaleLeft = static_cast<float>(m_scaleLeft->value());
+    edit.scaleRight = static_cast<float>(m_scaleRight->value());
     // A trace whose stored track index names no track keeps it until the user picks one.
-    if (m_track->currentIndex() >= 0) {
-        m_trace.SetTrackIndex(m_track->currentIndex());
-        m_trace.SetTrack(m_doc.TrackAt(m_track->currentIndex()));
+    if (m_track->currentIndex() >= 0) edit.trackIndex = m_track->currentIndex();
+    if (dynamic_cast<const CLineTrace*>(&m_trace) != nullptr) {
+        edit.penWidth = m_penWidth->value();
+        if (m_penStyle->currentIndex() >= 0) edit.penStyle = m_penStyle->currentIndex();
+        if (m_colour->currentIndex() >= 0) edit.colourIndex = m_colour->currentIndex();
     }
-    if (auto* line = dynamic_cast<CLineTrace*>(&m_trace)) {
-        const std::int32_t style = m_penStyle->currentIndex() >= 0 ? m_penStyle->currentIndex() : line->PenStyle();
-        const std::int32_t colour = m_colour->currentIndex() >= 0 ? m_colour->currentIndex() : line->ColourIndex();
-        if (colour == line->ColourIndex()) line->ChangePen(m_penWidth->value(), style, colour, line->Colour());
-        else line->ChangePen(m_penWidth->value(), style, colour);
-    }
-    m_doc.SetModified();
-    m_doc.UpdateAllViews();
-    return true;
+    return ApplyTraceProperties(m_doc, m_trace, edit, m_sink);
 }
 
 void CTracePropertiesDlg::accept()

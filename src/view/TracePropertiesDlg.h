@@ -8,6 +8,7 @@
 // the trace's flag 0 (stored with the trace in the document file).
 
 #include "app/MessageSink.h"
+#include "model/TraceProperties.h"
 
 #include <QDialog>
 
@@ -23,8 +24,6 @@ namespace ba {
 class CBoreAnalystDoc;
 class CTrace;
 
-inline constexpr std::string_view kEmptyTraceNameMessage = "Error: The trace name must not be empty.";
-inline constexpr std::string_view kEqualScaleEndsMessage = "Error: The left and right scale values must differ.";
 
 class CTracePropertiesDlg final : public QDialog {
     Q_OBJECT
