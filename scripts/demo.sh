@@ -28,6 +28,10 @@ fi
 mkdir -p "$out_dir"
 
 echo "== Creating $doc"
+if [[ ! -x $1/bin/make_raw_data || ! -x $1/bin/make_spectral_log ]]; then
+    echo "error: the demo's log generators make_raw_data and make_spectral_log are not built in $1" >&2
+    exit 1
+fi
 "$cli" new "$doc" --title "Demo Borehole BA-1"
 # Gamma ray in the left track (green), resistivity in the right track (red), caliper in
 # the left half of the right track (blue, dashed). All depths are metres.
@@ -37,6 +41,22 @@ echo "== Creating $doc"
     --samples "$logs/resistivity.csv" -o "$doc"
 "$cli" add-trace "$doc" --name CALI --units mm --track 2 --pen 1,1,3 --scale 150,350 \
     --samples "$logs/caliper.csv" -o "$doc"
+
+# A full-waveform sonic log (three receivers 3, 4 and 5 ft from the transmitter, a
+# formation of 60 us/ft compressional and 110 us/ft shear slowness) recorded as a logger
+# raw-data file, and a spectral gamma log of 1024 channels, both synthetic.
+sonic_rd="$out_dir/ba1_sonic.rd"
+"$1/bin/make_raw_data" -o "$sonic_rd" --top 10 --bottom 150 --step 0.1 --offsets 3,4,5 --dtc 60 --dts 110
+"$cli" import-rd "$doc" "$sonic_rd" -o "$doc" >/dev/null
+"$1/bin/make_spectral_log" "$doc" --name "GR Spectrum" --spectra 1401 --channels 1024 --top 10 --step 0.1
+# The curves share the left track; the spectrum and the nearest receiver's waveforms get
+# the two halves of the right track; the other two receivers are kept but hidden.
+"$cli" set-trace "$doc" RES --track 0 -o "$doc"
+"$cli" set-trace "$doc" CALI --track 0 -o "$doc"
+"$cli" set-trace "$doc" "GR Spectrum" --track 2 -o "$doc"
+"$cli" set-trace "$doc" "RX 1" --track 3 -o "$doc"
+"$cli" set-trace "$doc" "RX 2" --hide -o "$doc"
+"$cli" set-trace "$doc" "RX 3" --hide -o "$doc"
 
 echo
 echo "== $doc opened again"
@@ -81,7 +101,8 @@ if [[ ! -x $app ]]; then
     echo "The desktop application was not built (configure with -DBA_BUILD_GUI=ON to build it)."
 elif [[ ${QT_QPA_PLATFORM:-} == offscreen || (-z ${DISPLAY:-} && -z ${WAYLAND_DISPLAY:-}) ]]; then
     QT_QPA_PLATFORM=offscreen "$app" --top 3000 --scale 100 --demo-png "$out_dir/university_6-17_no1.png" "$real_doc"
+    QT_QPA_PLATFORM=offscreen "$app" --demo-png "$out_dir/demo.png" "$doc"
 else
     echo "== Opening $real_doc in the desktop application (close its window to finish)"
-    "$app" --top 3000 --scale 100 "$real_doc"
+    "$app" --top 3000 --scale 100 "$real_doc" "$doc"
 fi

@@ -110,10 +110,10 @@ int main(int argc, char* argv[])
                                      QStringLiteral("PATH"));
     parser.addOption(demoPng);
     const QCommandLineOption topOption(QStringLiteral("top"),
-                                       QStringLiteral("Show the documents from depth D (display units) down."),
+                                       QStringLiteral("Show the first document from depth D (display units) down."),
                                        QStringLiteral("D"));
     const QCommandLineOption scaleOption(
-        QStringLiteral("scale"), QStringLiteral("Show the documents at S depth units per centimetre."),
+        QStringLiteral("scale"), QStringLiteral("Show the first document at S depth units per centimetre."),
         QStringLiteral("S"));
     parser.addOption(topOption);
     parser.addOption(scaleOption);
@@ -145,9 +145,10 @@ int main(int argc, char* argv[])
     if (files.isEmpty()) {
         frame.NewDocument();
     } else {
-        for (const QString& file : files) {
-            ba::CDocumentWindow* window = frame.OpenOrImport(file);
-            if (window == nullptr) continue;
+        // --top and --scale place the first document's view; the others open as usual.
+        for (qsizetype i = 0; i < files.size(); ++i) {
+            ba::CDocumentWindow* window = frame.OpenOrImport(files[i]);
+            if (window == nullptr || i > 0) continue;
             if (start.verticalScale) window->View().SetVerticalScale(*start.verticalScale);
             if (start.topDepth) window->View().SetTopDepth(*start.topDepth);
         }
