@@ -258,6 +258,8 @@ void CMainFrame::CreateActions()
     a.save = make(tr("&Save"), QKeySequence::Save, QStyle::SP_DialogSaveButton, &CMainFrame::OnSave);
     a.saveAs = make(tr("Save &As..."), QKeySequence::SaveAs, kNoIcon, &CMainFrame::OnSaveAs);
     a.importLas = make(tr("&Import LAS..."), QKeySequence(), kNoIcon, &CMainFrame::OnImportLas);
+    a.importRawData = make(tr("Import &Raw Data..."), QKeySequence(), kNoIcon, &CMainFrame::OnImportRawData);
+    a.exportImage = make(tr("Export &Image..."), QKeySequence(), kNoIcon, &CMainFrame::OnExportImage);
     a.exportLas = make(tr("Export &LAS..."), QKeySequence(), kNoIcon, &CMainFrame::OnExportLas);
     a.exportText = make(tr("Export &Text..."), QKeySequence(), kNoIcon, &CMainFrame::OnExportText);
     a.exportWellCad = make(tr("Export &WellCAD..."), QKeySequence(), kNoIcon, &CMainFrame::OnExportWellCad);
@@ -274,6 +276,8 @@ void CMainFrame::CreateActions()
     a.zoomOut = make(tr("Zoom &Out"), QKeySequence::ZoomOut, QStyle::SP_ArrowDown, [this] { ZoomOut(); });
     a.goToDepth = make(tr("&Go to Depth..."), QKeySequence(Qt::CTRL | Qt::Key_G), kNoIcon, &CMainFrame::OnGoToDepth);
     a.unitConversion = make(tr("&Unit Conversion..."), QKeySequence(), kNoIcon, [this] { ConvertUnits(); });
+    a.spectralProcessing =
+        make(tr("&Spectral Processing..."), QKeySequence(), kNoIcon, [this] { ProcessSpectra(); });
     a.about = make(tr("&About BoreAnalyst..."), QKeySequence(), kNoIcon, &CMainFrame::OnAbout);
 }
 
@@ -283,7 +287,8 @@ void CMainFrame::CreateMenus()
     QMenu* file = menuBar()->addMenu(tr("&File"));
     file->addActions({a.newDoc, a.open, a.save, a.saveAs});
     file->addSeparator();
-    file->addActions({a.importLas, a.exportLas, a.exportText, a.exportWellCad, a.exportPlot});
+    file->addActions({a.importLas, a.importRawData, a.exportLas, a.exportText, a.exportImage, a.exportWellCad,
+                      a.exportPlot});
     file->addSeparator();
     file->addActions({a.print, a.printPreview});
     file->addSeparator();
@@ -297,7 +302,7 @@ void CMainFrame::CreateMenus()
     edit->addAction(a.deleteTrace);
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addActions({a.zoomIn, a.zoomOut, a.goToDepth});
-    menuBar()->addMenu(tr("&Process"))->addAction(a.unitConversion);
+    menuBar()->addMenu(tr("&Process"))->addActions({a.unitConversion, a.spectralProcessing});
     menuBar()->addMenu(tr("&Help"))->addAction(a.about);
 
     QToolBar* tools = addToolBar(tr("Standard"));
@@ -312,8 +317,9 @@ void CMainFrame::UpdateActions()
     CDocumentWindow* window = ActiveDocumentWindow();
     const bool hasDoc = window != nullptr;
     auto& a = m_actions;
-    for (QAction* action : {a.save, a.saveAs, a.exportLas, a.exportText, a.exportWellCad, a.exportPlot, a.print,
-                            a.printPreview, a.zoomIn, a.zoomOut, a.goToDepth, a.unitConversion}) {
+    for (QAction* action : {a.save, a.saveAs, a.exportLas, a.exportText, a.exportImage, a.exportWellCad, a.exportPlot,
+                            a.print, a.printPreview, a.zoomIn, a.zoomOut, a.goToDepth, a.unitConversion,
+                            a.spectralProcessing}) {
         action->setEnabled(hasDoc);
     }
     const bool hasSelection = hasDoc && !window->View().SelectedTraces().empty();

@@ -13,6 +13,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string_view>
 
 class QAction;
 class QLabel;
@@ -60,8 +61,13 @@ public:
     bool SaveDocumentAs(CDocumentWindow& window, const QString& path);
     // Imports into the active document, or into a new one when none is open.
     bool ImportLasFile(const QString& path);
+    // Imports the sonic waveforms of a raw-data file into the active document, or into a
+    // new one when none is open, with a progress dialog whose Cancel keeps what was read.
+    bool ImportRawDataFile(const QString& path);
     bool ExportLasFile(const QString& path);
     bool ExportTextFile(const QString& path);
+    // Writes the one image trace selected in the active view.
+    bool ExportImageFile(const QString& path);
     bool ExportWellCadFile(const QString& path);
     // ".pdf" gives a PDF page, anything else a PNG image.
     bool ExportPlotFile(const QString& path);
@@ -81,6 +87,9 @@ public:
     // Opens the property sheet of `trace` in the active document; true when OK changed it.
     bool EditTraceProperties(CTrace& trace);
     bool ConvertUnits();
+    // The spectral processing dialog over the active document; its settings are kept in
+    // the platform's settings store.
+    bool ProcessSpectra();
 
     // The default file name of a save dialog for the active document: its title and `suffix`.
     QString DefaultFileName(const QString& suffix) const;
@@ -107,6 +116,8 @@ private:
     void OnSave();
     void OnSaveAs();
     void OnImportLas();
+    void OnImportRawData();
+    void OnExportImage();
     void OnExportLas();
     void OnExportText();
     void OnExportWellCad();
@@ -131,6 +142,8 @@ private:
         QAction* save = nullptr;
         QAction* saveAs = nullptr;
         QAction* importLas = nullptr;
+        QAction* importRawData = nullptr;
+        QAction* exportImage = nullptr;
         QAction* exportLas = nullptr;
         QAction* exportText = nullptr;
         QAction* exportWellCad = nullptr;
@@ -146,6 +159,7 @@ private:
         QAction* zoomOut = nullptr;
         QAction* goToDepth = nullptr;
         QAction* unitConversion = nullptr;
+        QAction* spectralProcessing = nullptr;
         QAction* about = nullptr;
     } m_actions;
 };
@@ -158,6 +172,11 @@ inline constexpr char kLasExport[] = "Text Files (*.las);;All Files (*.*)";
 inline constexpr char kText[] = "Text Files (*.txt);;All Files (*.*)";
 inline constexpr char kWellCad[] = "WellCAD Log Files (*.wcl);;All Files (*.*)";
 inline constexpr char kPlot[] = "PNG Images (*.png);;PDF Files (*.pdf)";
+inline constexpr char kRawData[] = "Raw Data Files (*.rd);;All Files (*.*)";
 } // namespace file_filters
+
+// A filter in the "Description|patterns|...||" form of the core's file commands, in Qt's
+// "Description (patterns);;..." form: the descriptions, which name their patterns.
+QString QtFileFilter(std::string_view pipeFilter);
 
 } // namespace ba

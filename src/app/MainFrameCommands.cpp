@@ -4,8 +4,10 @@
 
 #include "app/DocumentWindow.h"
 #include "app/PlotExport.h"
+#include "app/SettingsStore.h"
 #include "app/TraceClipboardBridge.h"
 #include "io/Automation.h"
+#include "io/ImageExport.h"
 #include "io/LasExport.h"
 #include "io/LasImport.h"
 #include "io/TextExport.h"
@@ -13,9 +15,11 @@
 #include "model/LineTrace.h"
 #include "model/SonicTrace.h"
 #include "model/TraceClipboard.h"
+#include "sonic/RawDataImport.h"
 #include "view/GoToDepthDlg.h"
 #include "view/LogPlotView.h"
 #include "view/SonicPropertiesDlg.h"
+#include "view/SpectralDlg.h"
 #include "view/TracePropertiesDlg.h"
 #include "view/UnitConversionDlg.h"
 
@@ -27,9 +31,11 @@
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QProgressDialog>
 #include <QStatusBar>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <optional>
 #include <span>
@@ -65,7 +71,35 @@ private:
     std::function<bool(const QString&)> m_ask;
 };
 
+// The progress dialog of a raw-data import counts in thousandths of the file.
+constexpr int kImportProgressSteps = 1000;
+
+// The selected traces of a window in document order, so that "the first image trace" is the
+// first in the document, not the first clicked.
+std::vector<const CTrace*> SelectedInDocumentOrder(CDocumentWindow& window)
+{
+    const CBoreAnalystDoc& doc = window.Document();
+    const auto& selected = window.View().SelectedTraces();
+    std::vector<const CTrace*> traces;
+    for (std::size_t i = 0; i < doc.TraceCount(); ++i) {
+        if (selected.count(&doc.Trace(i))) traces.push_back(&doc.Trace(i));
+    }
+    return traces;
+}
+
 } // namespace
+
+QString QtFileFilter(std::string_view pipeFilter)
+{
+    QStringList descriptions;
+    bool isDescription = true;
+    for (const QString& part : QString::fromUtf8(pipeFilter.data(), qsizetype(pipeFilter.size())).split(u'|')) {
+        if (part.isEmpty()) break; // the "||" that ends the list
+        if (isDescription) descriptions << part;
+        isDescription = !isDescription;
+    }
+    return descriptions.join(QStringLiteral(";;"));
+}
 
 QString CMainFrame::DefaultFileName(const QString& suffix) const
 {
@@ -125,6 +159,41 @@ bool CMainFrame::ImportLasFile(const QString& path)
     return true;
 }
 
+bool CMainFrame::ImportRawDataFile(const QString& path)
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    const bool freshDocument = window == nullptr;
+    if (freshDocument) window = NewDocument();
+    QProgressDialog progress(tr("Importing %1...").arg(QFileInfo(path).fileName()), tr("Cancel"), 0,
+                             kImportProgressSteps, this);
+    progress.setWindowTitle(tr("Import Raw Data"));
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(500);
+    progress.setValue(0);
+    RawDataImportOptions options;
+    options.progress = [&progress](double fraction) {
+        // setValue lets a modal progress dialog process events, so Cancel is seen here.
+        progress.setValue(static_cast<int>(std::lround(std::clamp(fraction, 0.0, 1.0) * kImportProgressSteps)));
+        return !progress.wasCanceled();
+    };
+    CBoreAnalystDoc& doc = window->Document();
+    const RawDataImportResult result = ImportRawData(doc, ToPath(path), *m_sink, options);
+    progress.reset();
+    if (result.tracesAdded == 0) {
+        if (freshDocument) {
+            // Nothing was added: the fresh document is not kept.
+            doc.SetModified(false);
+            window->close();
+        }
+        return false;
+    }
+    if (freshDocument) window->View().SetTopDepth(doc.Trace(doc.TraceCount() - result.tracesAdded).FirstDepth());
+    doc.SetModified();
+    doc.UpdateAllViews();
+    UpdateActions();
+    return true;
+}
+
 bool CMainFrame::ExportLasFile(const QString& path)
 {
     CDocumentWindow* window = ActiveDocumentWindow();
@@ -135,6 +204,18 @@ bool CMainFrame::ExportTextFile(const QString& path)
 {
     CDocumentWindow* window = ActiveDocumentWindow();
     return window && ExportText(window->Document(), ToPath(path), *m_sink);
+}
+
+bool CMainFrame::ExportImageFile(const QString& path)
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return false;
+    const CImageTrace* image = ImageTraceToExport(SelectedInDocumentOrder(*window), *m_sink);
+    if (!image) return false;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const bool exported = ExportImageAscii(*image, ToPath(path), *m_sink);
+    QApplication::restoreOverrideCursor();
+    return exported;
 }
 
 bool CMainFrame::ExportWellCadFile(const QString& path)
@@ -276,6 +357,15 @@ bool CMainFrame::ConvertUnits()
     return dialog.exec() == QDialog::Accepted;
 }
 
+bool CMainFrame::ProcessSpectra()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return false;
+    const std::unique_ptr<ISettingsStore> store = MakeDefaultSettingsStore();
+    CSpectralDlg dialog(window->Document(), *store, *m_sink, this);
+    return dialog.exec() == QDialog::Accepted;
+}
+
 // --- Menu handlers
 
 void CMainFrame::OnOpen()
@@ -304,6 +394,26 @@ void CMainFrame::OnImportLas()
     const QString path =
         ChooseFile({FileDialogRequest::Mode::Open, tr("Import LAS"), file_filters::kLasImport, QString(), QString()});
     if (!path.isEmpty()) ImportLasFile(path);
+}
+
+void CMainFrame::OnImportRawData()
+{
+    const QString path = ChooseFile(
+        {FileDialogRequest::Mode::Open, tr("Import Raw Data"), file_filters::kRawData, QString(), QString()});
+    if (!path.isEmpty()) ImportRawDataFile(path);
+}
+
+void CMainFrame::OnExportImage()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return;
+    // The selection is checked before the file is asked for, so a wrong selection costs no dialog.
+    if (!ImageTraceToExport(SelectedInDocumentOrder(*window), *m_sink)) return;
+    const QString path =
+        ChooseFile({FileDialogRequest::Mode::Save, tr("Export Image"), QtFileFilter(kImageExportFileFilter),
+                    QString::fromStdString(ImageExportDefaultFileName(window->Document())),
+                    QString::fromUtf8(kImageExportExtension.data(), qsizetype(kImageExportExtension.size()))});
+    if (!path.isEmpty()) ExportImageFile(path);
 }
 
 void CMainFrame::OnExportLas()

@@ -47,6 +47,13 @@ float MaxCountRate(std::span<const float> cps)
     return *std::max_element(cps.begin(), cps.end());
 }
 
+SpectrumScale DisplayedScale(const SpectrumScale& set, bool automatic, double maxCps)
+{
+    SpectrumScale shown = set;
+    if (automatic && maxCps > 0.0 && std::isfinite(maxCps)) shown.plottingScale = maxCps;
+    return shown;
+}
+
 double ChannelX(const SpectrumPlotArea& area, int channels, double channel)
 {
     if (channels <= 0) return area.left;

@@ -47,6 +47,11 @@ struct SpectrumScale {
     int decades = 4;
 };
 
+// The scale the view draws with. With "Automatic" on, full scale follows the largest count
+// rate of the spectrum shown, so a quiet and a hot zone both fill the plot; a spectrum
+// without counts keeps the set scale, which would otherwise collapse to zero.
+SpectrumScale DisplayedScale(const SpectrumScale& set, bool automatic, double maxCps);
+
 // The x of the left edge of `channel` (channel `channels` is the right edge).
 double ChannelX(const SpectrumPlotArea& area, int channels, double channel);
 // The channel under x, clamped to 0..channels-1; for the cursor read-out.

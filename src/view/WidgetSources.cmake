@@ -5,6 +5,8 @@ target_sources(boreanalyst_view PRIVATE
   ${CMAKE_CURRENT_SOURCE_DIR}/LogPlotView.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/MessageBoxSink.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/SonicPropertiesDlg.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/SpectralDlg.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/SpectrumView.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/TracePropertiesDlg.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/UnitConversionDlg.cpp
 )

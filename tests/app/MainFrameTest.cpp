@@ -148,6 +148,8 @@ private slots:
         QTest::newRow("save as") << "Save &As..." << save << "BoreAnalyst Files (*.bal);;All Files (*.*)"
                                  << "deep hole.bal";
         QTest::newRow("import las") << "&Import LAS..." << open << "LAS Data Files (*.las);;All Files (*.*)" << "";
+        QTest::newRow("import raw data") << "Import &Raw Data..." << open << "Raw Data Files (*.rd);;All Files (*.*)"
+                                         << "";
         QTest::newRow("export las") << "Export &LAS..." << save << "Text Files (*.las);;All Files (*.*)"
                                     << "deep hole.las";
         QTest::newRow("export text") << "Export &Text..." << save << "Text Files (*.txt);;All Files (*.*)"

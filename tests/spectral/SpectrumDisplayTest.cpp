@@ -40,6 +40,22 @@ TEST(MaxCountRate, LargestOrZero)
     EXPECT_EQ(MaxCountRate(std::vector<float>{1.5f, 7.25f, 3.0f}), 7.25f);
 }
 
+TEST(DisplayedScale, AutomaticFollowsTheLargestRateWhenThereIsOne)
+{
+    const SpectrumScale set{.logarithmic = true, .plottingScale = 100.0, .decades = 3};
+    struct Case {
+        bool automatic;
+        double maxCps;
+        double expected;
+    };
+    for (const Case c : {Case{false, 12.5, 100.0}, Case{true, 12.5, 12.5}, Case{true, 0.0, 100.0}}) {
+        const SpectrumScale shown = DisplayedScale(set, c.automatic, c.maxCps);
+        EXPECT_EQ(shown.plottingScale, c.expected) << c.automatic << " " << c.maxCps;
+        EXPECT_TRUE(shown.logarithmic);
+        EXPECT_EQ(shown.decades, 3);
+    }
+}
+
 TEST(SpectrumGeometry, ChannelsAcrossTheWidth)
 {
     const SpectrumPlotArea area{10, 20, 522, 420}; // 512 wide
