@@ -2,7 +2,8 @@
 # Builds a libFuzzer target with clang and the address and undefined-behaviour sanitizers,
 # then runs it for SECONDS on a fresh copy of its seed corpus.
 #
-#   scripts/fuzz.sh SECONDS [TARGET]     TARGET: fuzz_document_reader (the default), fuzz_las_reader
+#   scripts/fuzz.sh SECONDS [TARGET]     TARGET: fuzz_document_reader (the default), fuzz_las_reader,
+#                                        fuzz_clipboard_block, fuzz_raw_data_reader
 #
 # Exits 0 when the time ran out with nothing found, and non-zero on a finding: a crash, a
 # sanitizer report, an exception other than the reader's own, an input that takes more
@@ -30,7 +31,9 @@ target="${2:-fuzz_document_reader}"
 case "$target" in
 fuzz_document_reader) seeds=fuzz/corpus/document ;;
 fuzz_las_reader) seeds=fuzz/corpus/las ;;
-*) die "unknown target \"$target\" (known: fuzz_document_reader, fuzz_las_reader)" ;;
+fuzz_clipboard_block) seeds=fuzz/corpus/clipboard ;;
+fuzz_raw_data_reader) seeds=fuzz/corpus/raw_data ;;
+*) die "unknown target \"$target\" (known: fuzz_document_reader, fuzz_las_reader, fuzz_clipboard_block, fuzz_raw_data_reader)" ;;
 esac
 
 build_dir="${BA_FUZZ_BUILD_DIR:-build-fuzz}"
