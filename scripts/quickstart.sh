@@ -12,7 +12,7 @@
 # BA_BUILD_DIR names another directory.
 set -euo pipefail
 
-readonly BUILD_PACKAGES=(cmake ninja-build g++ libgtest-dev nlohmann-json3-dev libcli11-dev libfast-float-dev
+readonly BUILD_PACKAGES=(cmake ninja-build g++ libgtest-dev nlohmann-json3-dev libcli11-dev libfast-float-dev libsqlite3-dev sqlite3
                         qt6-base-dev qt6-base-dev-tools libqt6opengl6-dev libgl-dev fonts-dejavu-core)
 
 repo_root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"

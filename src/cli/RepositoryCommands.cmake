@@ -1,0 +1,4 @@
+# The repository command.
+target_sources(boreanalyst-cli PRIVATE
+  ${CMAKE_CURRENT_SOURCE_DIR}/RepositoryCommand.cpp
+)
