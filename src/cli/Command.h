@@ -61,5 +61,7 @@ Command AddPasteBlockCommand(CLI::App& app);
 Command AddExportImageCommand(CLI::App& app);
 Command AddSettingsCommand(CLI::App& app);
 Command AddSpectrumCommand(CLI::App& app);
+Command AddRepositoryCommand(CLI::App& app);
+Command AddMechanicalCommand(CLI::App& app);
 
 } // namespace ba::cli

@@ -90,6 +90,8 @@ int main(int argc, char** argv)
         ba::cli::AddCopyBlockCommand(app), ba::cli::AddPasteBlockCommand(app),
         ba::cli::AddExportImageCommand(app), ba::cli::AddSettingsCommand(app),
         ba::cli::AddSpectrumCommand(app),
+        ba::cli::AddRepositoryCommand(app),
+        ba::cli::AddMechanicalCommand(app),
     };
 
     if (ReportUnknownCommand(app, argc, argv)) return ba::cli::kExitUsage;

@@ -1,5 +1,6 @@
 # Sonic waveform logs: logger raw-data import.
 target_sources(boreanalyst_core PRIVATE
+  ${CMAKE_CURRENT_SOURCE_DIR}/sonic/MechanicalProperties.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/sonic/RawByteSource.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/sonic/RawDataImport.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/sonic/RawRecordReader.cpp

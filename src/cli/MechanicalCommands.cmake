@@ -1,0 +1,4 @@
+# mechanical
+target_sources(boreanalyst-cli PRIVATE
+  ${CMAKE_CURRENT_SOURCE_DIR}/MechanicalCommand.cpp
+)
