@@ -10,6 +10,10 @@
 #include <system_error>
 #include <utility>
 
+#include <stdexcept>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace ba::bench {
@@ -112,6 +116,42 @@ int RunMeasurements(const Program& program, Measurements&& measure)
         return 1;
     }
     return 0;
+}
+
+// Runs `work` once in a child process, so that the peak resident memory is the work's own,
+// and prints that peak against `heldBytes`, what the work's result must hold (described
+// by `heldWhat`). Throws when the child fails; `work` reports its own failures by throwing.
+template <typename Work>
+void MeasurePeakMemory(const Program& program, const char* heldWhat, double heldBytes, Work&& work)
+{
+    std::fflush(stdout);
+    const pid_t child = ::fork();
+    if (child < 0) throw std::runtime_error("fork failed");
+    if (child == 0) {
+        rusage before{};
+        ::getrusage(RUSAGE_SELF, &before);
+        int status = 0;
+        try {
+            std::forward<Work>(work)();
+            rusage after{};
+            ::getrusage(RUSAGE_SELF, &after);
+            const double peak = static_cast<double>(after.ru_maxrss) * 1024.0;
+            const double start = static_cast<double>(before.ru_maxrss) * 1024.0;
+            constexpr double kMebibyte = 1024.0 * 1024.0;
+            std::printf("  peak resident memory: %.1f MiB (%.1f MiB at the start); %s: %.1f MiB; "
+                        "growth / held = %.2f\n",
+                        peak / kMebibyte, start / kMebibyte, heldWhat, heldBytes / kMebibyte,
+                        (peak - start) / heldBytes);
+        } catch (const std::exception& e) {
+            std::fprintf(stderr, "%s: %s\n", program.name, e.what());
+            status = 1;
+        }
+        std::fflush(stdout);
+        ::_exit(status);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) throw std::runtime_error("the measuring child failed");
 }
 
 } // namespace ba::bench

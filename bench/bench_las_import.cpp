@@ -128,33 +128,9 @@ double CpuSeconds()
 // One import in a child process, so that its peak resident memory is its own.
 void MeasurePeakMemory(const std::filesystem::path& path, const Options& options)
 {
-    std::fflush(stdout);
-    const pid_t child = ::fork();
-    if (child < 0) throw std::runtime_error("fork failed");
-    if (child == 0) {
-        rusage before{};
-        ::getrusage(RUSAGE_SELF, &before);
-        int status = 0;
-        try {
-            const auto doc = Import(path, options);
-            rusage after{};
-            ::getrusage(RUSAGE_SELF, &after);
-            const double held = 8.0 * static_cast<double>(options.rows) * static_cast<double>(options.curves);
-            const double peak = static_cast<double>(after.ru_maxrss) * 1024.0;
-            const double start = static_cast<double>(before.ru_maxrss) * 1024.0;
-            std::printf("  peak resident memory: %.1f MiB (%.1f MiB at the start); samples held: %.1f MiB "
-                        "(depth and value floats); growth / held = %.2f\n",
-                        Mebibytes(peak), Mebibytes(start), Mebibytes(held), (peak - start) / held);
-        } catch (const std::exception& e) {
-            std::fprintf(stderr, "%s: %s\n", kProgram.name, e.what());
-            status = 1;
-        }
-        std::fflush(stdout);
-        ::_exit(status);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) throw std::runtime_error("the measuring child failed");
+    const double held = 8.0 * static_cast<double>(options.rows) * static_cast<double>(options.curves);
+    ba::bench::MeasurePeakMemory(kProgram, "samples held (depth and value floats)", held,
+                                 [&] { Import(path, options); });
 }
 
 void BenchOne(const std::filesystem::path& path, const Options& options, bool descending)

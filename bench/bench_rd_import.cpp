@@ -110,33 +110,8 @@ std::unique_ptr<ba::CBoreAnalystDoc> Import(const std::filesystem::path& path, s
 // One import in a child process, so that its peak resident memory is its own.
 void MeasurePeakMemory(const std::filesystem::path& path, std::size_t stations)
 {
-    std::fflush(stdout);
-    const pid_t child = ::fork();
-    if (child < 0) throw std::runtime_error("fork failed");
-    if (child == 0) {
-        rusage before{};
-        ::getrusage(RUSAGE_SELF, &before);
-        int status = 0;
-        try {
-            const auto doc = Import(path, stations);
-            rusage after{};
-            ::getrusage(RUSAGE_SELF, &after);
-            const double held = static_cast<double>(stations) * 4.0 * (1024.0 * 2.0 + 4.0);
-            const double peak = static_cast<double>(after.ru_maxrss) * 1024.0;
-            const double start = static_cast<double>(before.ru_maxrss) * 1024.0;
-            std::printf("  peak resident memory: %.1f MiB (%.1f MiB at the start); rows held: %.1f MiB; "
-                        "growth / held = %.2f\n",
-                        Mebibytes(peak), Mebibytes(start), Mebibytes(held), (peak - start) / held);
-        } catch (const std::exception& e) {
-            std::fprintf(stderr, "%s: %s\n", kProgram.name, e.what());
-            status = 1;
-        }
-        std::fflush(stdout);
-        ::_exit(status);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) throw std::runtime_error("the measuring child failed");
+    const double held = static_cast<double>(stations) * 4.0 * (1024.0 * 2.0 + 4.0);
+    ba::bench::MeasurePeakMemory(kProgram, "rows held", held, [&] { Import(path, stations); });
 }
 
 void BenchOne(const std::filesystem::path& path, const Options& options, bool descending)

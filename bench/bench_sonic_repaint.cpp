@@ -7,6 +7,7 @@
 //
 //   bench_sonic_repaint [--runs N]     (default 15, at least 3)
 
+#include "BenchSupport.h"
 #include "BenchTiming.h"
 
 #include "model/BoreAnalystDoc.h"
@@ -105,29 +106,13 @@ void CheckDrawn(const QImage* frame)
     std::exit(1);
 }
 
-int ParseRuns(int argc, char** argv)
-{
-    int runs = 15;
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--runs") == 0 && i + 1 < argc) {
-            runs = std::atoi(argv[++i]);
-        } else {
-            std::fprintf(stderr, "usage: bench_sonic_repaint [--runs N]\n");
-            std::exit(2);
-        }
-    }
-    if (runs < 3) {
-        std::fprintf(stderr, "bench_sonic_repaint: --runs must be at least 3\n");
-        std::exit(2);
-    }
-    return runs;
-}
+constexpr ba::bench::Program kProgram{"bench_sonic_repaint", "[--runs N]", 15, 3};
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const int runs = ParseRuns(argc, argv);
+    const int runs = ba::bench::ParseOptions(kProgram, argc, argv).runs;
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
 

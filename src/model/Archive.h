@@ -27,7 +27,6 @@ enum class ArchiveFault {
     BadClass,   // a class record naming a class that is unknown or not expected here
     BadIndex,   // a tag referring to a map entry that does not exist or is of the wrong sort
     BadCount,   // a count that is negative or larger than the bytes that remain can hold
-    Unsupported // a well-formed record this version cannot read
 };
 
 class ArchiveException : public std::runtime_error {

@@ -204,11 +204,6 @@ void CBoreAnalystDoc::ReadTraceEntry(CArchiveReader& ar, std::size_t e, std::siz
                   "the class " + record.className + " has schema " + std::to_string(record.schema) +
                       "; only schema 1 is known");
     }
-    if (expected->create == nullptr) {
-        ar.FailAt(ArchiveFault::Unsupported, record.offset,
-                  "the document holds a " + record.className + " (trace kind " + std::to_string(kind) +
-                      "), which this version of BoreAnalyst cannot read");
-    }
     std::unique_ptr<CTrace> trace = expected->create();
     trace->Deserialize(ar);
     CTrace& added = *trace;

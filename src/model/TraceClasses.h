@@ -1,6 +1,6 @@
 #pragma once
-// The trace classes a document file may hold: kind code, archive class name and, for the
-// kinds this version reads, how to make an empty object to load into.
+// The trace classes a document file may hold: kind code, archive class name and how to
+// make an empty object to load into.
 
 #include "model/Trace.h"
 
@@ -13,7 +13,7 @@ namespace ba {
 struct TraceClassInfo {
     std::uint32_t kind;
     std::string_view className;
-    std::unique_ptr<CTrace> (*create)(); // null: known kind this version cannot read
+    std::unique_ptr<CTrace> (*create)(); // an empty object of the class, to load into
 };
 
 // The class of a kind code 0..3, or null for any other code.

@@ -36,6 +36,13 @@ ShellServices RecordingServices(IMessageSink& sink, const ILicenceCheck* licence
 
 QString ToQString(const std::filesystem::path& path) { return QString::fromStdU16String(path.u16string()); }
 
+QStringList Texts(const CollectingMessageSink& sink)
+{
+    QStringList texts;
+    for (const auto& text : sink.Texts()) texts << QString::fromStdString(text);
+    return texts;
+}
+
 std::string FixturePath(const std::string& relative) { return std::string(BA_TEST_DATA_DIR) + "/" + relative; }
 
 void PrepareApplicationForTests()

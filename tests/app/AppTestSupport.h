@@ -5,6 +5,7 @@
 #include "model/BoreAnalystDoc.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <filesystem>
 #include <initializer_list>
@@ -30,6 +31,8 @@ std::unique_ptr<CBoreAnalystDoc> MakeTwoTraceDocument();
 ShellServices RecordingServices(IMessageSink& sink, const ILicenceCheck* licence = nullptr);
 
 QString ToQString(const std::filesystem::path& path);
+// The texts a sink collected, in order.
+QStringList Texts(const CollectingMessageSink& sink);
 std::string FixturePath(const std::string& relative);
 
 // Qt Test keeps settings of its own when test mode is on; this also pins the style so

@@ -33,13 +33,6 @@ using namespace ba::test;
 
 namespace {
 
-QStringList Texts(const CollectingMessageSink& sink)
-{
-    QStringList texts;
-    for (const auto& text : sink.Texts()) texts << QString::fromStdString(text);
-    return texts;
-}
-
 QStringList Items(const QComboBox& combo)
 {
     QStringList items;

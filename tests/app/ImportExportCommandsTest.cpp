@@ -22,13 +22,6 @@ using namespace ba::test;
 
 namespace {
 
-QStringList Texts(const CollectingMessageSink& sink)
-{
-    QStringList texts;
-    for (const auto& text : sink.Texts()) texts << QString::fromStdString(text);
-    return texts;
-}
-
 void Trigger(QWidget& frame, const QString& text)
 {
     for (QAction* action : frame.findChildren<QAction*>()) {

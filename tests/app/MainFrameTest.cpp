@@ -36,13 +36,6 @@ QAction* FindAction(QWidget& frame, const QString& text)
     return nullptr;
 }
 
-QStringList Texts(const CollectingMessageSink& sink)
-{
-    QStringList texts;
-    for (const auto& text : sink.Texts()) texts << QString::fromStdString(text);
-    return texts;
-}
-
 std::filesystem::path SaveTwoTraceDocument(const TempDir& dir, const std::string& name)
 {
     auto doc = MakeTwoTraceDocument();

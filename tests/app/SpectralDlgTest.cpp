@@ -30,13 +30,6 @@ using namespace ba::test;
 
 namespace {
 
-QStringList Texts(const CollectingMessageSink& sink)
-{
-    QStringList texts;
-    for (const auto& text : sink.Texts()) texts << QString::fromStdString(text);
-    return texts;
-}
-
 QString Q(const std::string& text) { return QString::fromStdString(text); }
 
 constexpr std::size_t kSpectra = 40;
