@@ -63,5 +63,6 @@ Command AddSettingsCommand(CLI::App& app);
 Command AddSpectrumCommand(CLI::App& app);
 Command AddRepositoryCommand(CLI::App& app);
 Command AddMechanicalCommand(CLI::App& app);
+Command AddEquationCommand(CLI::App& app);
 
 } // namespace ba::cli

@@ -92,6 +92,7 @@ int main(int argc, char** argv)
         ba::cli::AddSpectrumCommand(app),
         ba::cli::AddRepositoryCommand(app),
         ba::cli::AddMechanicalCommand(app),
+        ba::cli::AddEquationCommand(app),
     };
 
     if (ReportUnknownCommand(app, argc, argv)) return ba::cli::kExitUsage;

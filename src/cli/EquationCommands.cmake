@@ -1,0 +1,4 @@
+# equation
+target_sources(boreanalyst-cli PRIVATE
+  ${CMAKE_CURRENT_SOURCE_DIR}/EquationCommand.cpp
+)
