@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the demo document of borehole BA-1 from the logs in data/demo with
-# boreanalyst-cli, opens it again and describes it. Then imports the real well log in
-# data/real into a document laid out for reading, and opens it in the desktop
+# boreanalyst-cli, derives porosity, shale volume and elastic moduli from them, opens it
+# again and describes it. Then imports the real well log in data/real into a document
+# laid out for reading, derives its density porosity, and opens it in the desktop
 # application; where no display is available (or QT_QPA_PLATFORM is offscreen) it says
 # so and draws that document's log plot into a PNG file instead.
 #
@@ -41,6 +42,14 @@ fi
     --samples "$logs/resistivity.csv" -o "$doc"
 "$cli" add-trace "$doc" --name CALI --units mm --track 2 --pen 1,1,3 --scale 150,350 \
     --samples "$logs/caliper.csv" -o "$doc"
+# Bulk density (red) and compressional slowness (blue, fast to the right) in the left half
+# of the right track; the shear slowness is kept but hidden.
+"$cli" add-trace "$doc" --name RHOB --units g/cc --track 2 --pen 1,0,1 --scale 1.95,2.95 \
+    --samples "$logs/density.csv" -o "$doc"
+"$cli" add-trace "$doc" --name DTC --units us/ft --track 2 --pen 1,0,3 --scale 140,40 \
+    --samples "$logs/dt_compressional.csv" -o "$doc"
+"$cli" add-trace "$doc" --name DTS --units us/ft --track 2 --pen 1,0,4 --scale 240,40 \
+    --samples "$logs/dt_shear.csv" -o "$doc"
 
 # A full-waveform sonic log (three receivers 3, 4 and 5 ft from the transmitter, a
 # formation of 60 us/ft compressional and 110 us/ft shear slowness) recorded as a logger
@@ -58,6 +67,24 @@ sonic_rd="$out_dir/ba1_sonic.rd"
 "$cli" set-trace "$doc" "RX 2" --hide -o "$doc"
 "$cli" set-trace "$doc" "RX 3" --hide -o "$doc"
 
+# Derived logs: density porosity (sandstone matrix 2.65 g/cc, water 1.0 g/cc) and shale
+# volume from the gamma ray (shale 120 API, clean sand 15 API) with the common-logs
+# equations; Poisson's ratio, Young's modulus and Vp/Vs from the two slownesses and the
+# density. The porosity joins the density; the others are kept but hidden (their legends
+# stay, under the waveforms' in the right half), and so are the spectrum and the shear
+# slowness, so that the right track stays readable.
+"$cli" equation "$doc" --equation 11 --logs RHOB --coef 1.0,2.65 --name PHID -o "$doc" >/dev/null
+"$cli" equation "$doc" --equation 1 --logs GR --coef 120,15 --name VSH -o "$doc" >/dev/null
+"$cli" mechanical "$doc" --vp DTC --vs DTS --rho RHOB --outputs poisson,young,vp-vs -o "$doc" >/dev/null
+"$cli" set-trace "$doc" PHID --track 2 --scale 0.45,-0.15 --pen 1,1,0 -o "$doc"
+"$cli" set-trace "$doc" VSH --track 3 --scale 0,1 --hide -o "$doc"
+"$cli" set-trace "$doc" "Poisson's Ratio" --track 3 --scale 0,0.5 --hide -o "$doc"
+"$cli" set-trace "$doc" "Young's Modulus" --track 3 --scale 0,120 --hide -o "$doc"
+"$cli" set-trace "$doc" "Vp/Vs" --track 3 --scale 1.5,2.5 --hide -o "$doc"
+"$cli" set-trace "$doc" DTS --hide -o "$doc"
+"$cli" set-trace "$doc" "GR Spectrum" --hide -o "$doc"
+echo "Derived PHID (density porosity), VSH (shale volume from GR), Poisson's Ratio, Young's Modulus and Vp/Vs"
+
 echo
 echo "== $doc opened again"
 "$cli" info "$doc"
@@ -72,13 +99,26 @@ for depth in 30 45 70.5 110; do
 done
 
 echo
+echo "== Derived values in the sand, the limestone, the water sand and the oil sandstone"
+for depth in 15 45 75 110; do
+    phid=$("$cli" value-at "$doc" PHID "$depth")
+    vsh=$("$cli" value-at "$doc" VSH "$depth")
+    poisson=$("$cli" value-at "$doc" "Poisson's Ratio" "$depth")
+    young=$("$cli" value-at "$doc" "Young's Modulus" "$depth")
+    # The tool writes a decimal point whatever the locale; printf must read it so.
+    LC_NUMERIC=C printf '%6s m   PHID %6.3f   VSH %6.3f   Poisson %6.3f   Young %5.1f GPa\n' \
+        "$depth" "$phid" "$vsh" "$poisson" "$young"
+done
+
+echo
 real_las="$repo/data/real/42303347740000.las"
 real_doc="$out_dir/university_6-17_no1.bal"
 echo "== Importing the real well log $real_las"
 "$cli" import-las "$real_las" -o "$real_doc" >/dev/null
 # Keep the curves a petrophysicist reads first and give each its usual scale and colour:
 # gamma ray, caliper and SP on the left; deep and medium induction in the right track's
-# left half; density, neutron and photo-electric factor in its right half.
+# left half; density, neutron and photo-electric factor in its right half, joined there by
+# a density porosity derived from the density.
 for curve in DPHI PHIX C13 C24 SPHI GR3 SGRD DT; do
     "$cli" remove-trace "$real_doc" "$curve" -o "$real_doc"
 done
@@ -89,6 +129,11 @@ done
 "$cli" set-trace "$real_doc" ILM --scale 0,50 --track 2 --pen 1,1,4 -o "$real_doc"
 "$cli" set-trace "$real_doc" RHOB --scale 1.95,2.95 --track 3 --pen 1,0,1 -o "$real_doc"
 "$cli" set-trace "$real_doc" NPHI --scale 0.45,-0.15 --track 3 --pen 1,1,3 -o "$real_doc"
+# Density porosity of our own (limestone matrix 2.71 g/cc, water 1.0 g/cc) in place of the
+# log's DPHI, on the neutron's scale so the two porosities can be compared. That scale
+# lays it almost exactly over the density curve, hence the broken black line.
+"$cli" equation "$real_doc" --equation 11 --logs RHOB --coef 1.0,2.71 --name PHID -o "$real_doc" >/dev/null
+"$cli" set-trace "$real_doc" PHID --scale 0.45,-0.15 --track 3 --pen 1,3,0 -o "$real_doc"
 "$cli" set-trace "$real_doc" PE --scale 0,10 --track 3 --pen 1,2,4 -o "$real_doc"
 "$cli" info "$real_doc" | sed -n '/"traces"/,$p' | grep -E '"(name|samples|first_depth|last_depth)"' | paste - - - - |
     sed -E 's/[",]//g; s/ +/ /g; s/^ //'

@@ -278,6 +278,9 @@ void CMainFrame::CreateActions()
     a.unitConversion = make(tr("&Unit Conversion..."), QKeySequence(), kNoIcon, [this] { ConvertUnits(); });
     a.spectralProcessing =
         make(tr("&Spectral Processing..."), QKeySequence(), kNoIcon, [this] { ProcessSpectra(); });
+    a.mechanicalProperties =
+        make(tr("&Mechanical Properties..."), QKeySequence(), kNoIcon, [this] { ComputeMechanicalProperties(); });
+    a.commonLogs = make(tr("&Common Logs..."), QKeySequence(), kNoIcon, [this] { DeriveCommonLog(); });
     a.about = make(tr("&About BoreAnalyst..."), QKeySequence(), kNoIcon, &CMainFrame::OnAbout);
 }
 
@@ -302,7 +305,8 @@ void CMainFrame::CreateMenus()
     edit->addAction(a.deleteTrace);
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addActions({a.zoomIn, a.zoomOut, a.goToDepth});
-    menuBar()->addMenu(tr("&Process"))->addActions({a.unitConversion, a.spectralProcessing});
+    menuBar()->addMenu(tr("&Process"))
+        ->addActions({a.unitConversion, a.spectralProcessing, a.mechanicalProperties, a.commonLogs});
     menuBar()->addMenu(tr("&Help"))->addAction(a.about);
 
     QToolBar* tools = addToolBar(tr("Standard"));
@@ -319,7 +323,7 @@ void CMainFrame::UpdateActions()
     auto& a = m_actions;
     for (QAction* action : {a.save, a.saveAs, a.exportLas, a.exportText, a.exportImage, a.exportWellCad, a.exportPlot,
                             a.print, a.printPreview, a.zoomIn, a.zoomOut, a.goToDepth, a.unitConversion,
-                            a.spectralProcessing}) {
+                            a.spectralProcessing, a.mechanicalProperties, a.commonLogs}) {
         action->setEnabled(hasDoc);
     }
     const bool hasSelection = hasDoc && !window->View().SelectedTraces().empty();

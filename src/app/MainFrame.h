@@ -90,6 +90,10 @@ public:
     // The spectral processing dialog over the active document; its settings are kept in
     // the platform's settings store.
     bool ProcessSpectra();
+    // The mechanical properties dialog over the active document; true when OK added traces.
+    bool ComputeMechanicalProperties();
+    // The common-logs dialog over the active document; true when OK added the derived log.
+    bool DeriveCommonLog();
 
     // The default file name of a save dialog for the active document: its title and `suffix`.
     QString DefaultFileName(const QString& suffix) const;
@@ -160,6 +164,8 @@ private:
         QAction* goToDepth = nullptr;
         QAction* unitConversion = nullptr;
         QAction* spectralProcessing = nullptr;
+        QAction* mechanicalProperties = nullptr;
+        QAction* commonLogs = nullptr;
         QAction* about = nullptr;
     } m_actions;
 };

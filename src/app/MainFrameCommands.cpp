@@ -16,8 +16,10 @@
 #include "model/SonicTrace.h"
 #include "model/TraceClipboard.h"
 #include "sonic/RawDataImport.h"
+#include "view/CommonLogsDlg.h"
 #include "view/GoToDepthDlg.h"
 #include "view/LogPlotView.h"
+#include "view/MechanicalPropertiesDlg.h"
 #include "view/SonicPropertiesDlg.h"
 #include "view/SpectralDlg.h"
 #include "view/TracePropertiesDlg.h"
@@ -363,6 +365,22 @@ bool CMainFrame::ProcessSpectra()
     if (!window) return false;
     const std::unique_ptr<ISettingsStore> store = MakeDefaultSettingsStore();
     CSpectralDlg dialog(window->Document(), *store, *m_sink, this);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool CMainFrame::ComputeMechanicalProperties()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return false;
+    CMechanicalPropertiesDlg dialog(window->Document(), *m_sink, this);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool CMainFrame::DeriveCommonLog()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return false;
+    CCommonLogsDlg dialog(window->Document(), *m_sink, this);
     return dialog.exec() == QDialog::Accepted;
 }
 

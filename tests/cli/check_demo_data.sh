@@ -15,7 +15,7 @@ rm -rf "$scratch"
 bash "$demo_dir/make_demo.sh" "$scratch"
 
 status=0
-for log in gamma_ray.csv resistivity.csv caliper.csv; do
+for log in gamma_ray.csv resistivity.csv caliper.csv density.csv dt_compressional.csv dt_shear.csv; do
     if cmp -s "$demo_dir/$log" "$scratch/$log"; then
         echo "same: $log"
     else
