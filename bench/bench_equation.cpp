@@ -20,6 +20,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -57,13 +58,13 @@ std::unique_ptr<ba::CLineTrace> MakeLog(const std::string& name, const std::vect
 
 void PrintHeading(const char* title, const char* target)
 {
-    std::printf("\n  %-52s %9s %9s %9s %12s   %s\n", title, "median s", "min s", "max s", "Msamples/s", target);
+    std::printf("\n  %-56s %9s %9s %9s %12s   %s\n", title, "median s", "min s", "max s", "Msamples/s", target);
 }
 
 void PrintRate(const char* label, const ba::bench::RunStats& s, std::size_t samples)
 {
     const double rate = static_cast<double>(samples) / s.median;
-    std::printf("  %-52s %9.4f %9.4f %9.4f %12.1f   %s\n", label, s.median, s.minimum, s.maximum, rate / 1e6,
+    std::printf("  %-56s %9.4f %9.4f %9.4f %12.1f   %s\n", label, s.median, s.minimum, s.maximum, rate / 1e6,
                 rate >= kTargetSamplesPerSecond ? "met" : "MISSED");
 }
 
@@ -77,6 +78,8 @@ struct FormulaRow {
     const char* label;
     int equation;
     ba::EquationCoefficients coefficients;
+    const std::vector<float>* l1;
+    const std::vector<float>* l2;
 };
 
 // Typical ground truth for two unknowns: the values the true coefficients give at two
@@ -98,6 +101,9 @@ int main(int argc, char** argv)
 
     const std::vector<float> resistivity = MakeValues(kSamples, 20.0, 15.0);
     const std::vector<float> waterResistivity = MakeValues(kSamples, 0.05, 0.01);
+    // Formation water resistivity as it is usually given: one value per zone of 500 m.
+    std::vector<float> zonedWaterResistivity(kSamples);
+    for (std::size_t i = 0; i < kSamples; ++i) zonedWaterResistivity[i] = 0.04f + 0.002f * static_cast<float>(i / 5000 % 10);
     const std::vector<float> shaleVolume = MakeValues(kSamples, 0.3, 0.2);
     const std::vector<float> velocity = MakeValues(kSamples, 4000.0, 1000.0);
     const std::vector<float> porosity = MakeValues(kSamples, 0.2, 0.1);
@@ -105,18 +111,22 @@ int main(int argc, char** argv)
 
     PrintHeading("the formula over whole logs", "target >= 50 Msamples/s");
     const FormulaRow formulas[] = {
-        {"0 linear (R)", 0, {2.0f, 1.0f}},
-        {"3 Archie (R, Rw)", 3, {1.0f, -2.0f}},
-        {"6 Archie with clay and resistive fluids (R, Rw, Vsh)", 6, {1.0f, -2.0f, 0.05f, 4.0f}},
-        {"10 Raymer-Hunt (Vp)", 10, {1500.0f, 5500.0f}},
-        {"14 Jorgensen permeability (PHI)", 14, {-2.0f}},
+        {"0 linear (R)", 0, {2.0f, 1.0f}, &resistivity, nullptr},
+        {"3 Archie (R, Rw)", 3, {1.0f, -2.0f}, &resistivity, &waterResistivity},
+        {"4 Archie, resistive fluids (R, Rw by zone)", 4, {1.0f, -2.0f, 0.05f}, &resistivity,
+         &zonedWaterResistivity},
+        {"6 Archie, clay + resistive fluids (R, Rw by zone, Vsh)", 6, {1.0f, -2.0f, 0.05f, 4.0f}, &resistivity,
+         &zonedWaterResistivity},
+        {"6 the same, Rw changing at every sample", 6, {1.0f, -2.0f, 0.05f, 4.0f}, &resistivity, &waterResistivity},
+        {"10 Raymer-Hunt (Vp)", 10, {1500.0f, 5500.0f}, &velocity, nullptr},
+        {"14 Jorgensen permeability (PHI)", 14, {-2.0f}, &porosity, nullptr},
     };
     for (const FormulaRow& row : formulas) {
-        const std::vector<float>& l1 = row.equation == 10 ? velocity : row.equation == 14 ? porosity : resistivity;
+        const std::span<const float> l2 = row.l2 != nullptr ? std::span<const float>(*row.l2) : std::span<const float>();
         const ba::bench::RunStats s = ba::bench::TimeRuns(
             options.runs,
             [&] {
-                ba::EvaluateEquation(row.equation, l1, waterResistivity, shaleVolume, row.coefficients, out);
+                ba::EvaluateEquation(row.equation, *row.l1, l2, shaleVolume, row.coefficients, out);
                 return out[kSamples / 2];
             },
             [&](float middle) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <thread>
 #include <vector>
 
@@ -35,10 +36,31 @@ float RaymerHuntRoot(float l1, float c1, float c2)
     return 0.0f;
 }
 
+// Rw^0.8 in equations 4 and 6 depends on log 2 alone, and a water-resistivity log usually
+// holds one value over a whole zone: the last power is kept and reused while the value
+// repeats. The same input gives the same double, so the results do not change.
+class Log2Power {
+public:
+    explicit Log2Power(double exponent) : m_exponent(exponent) {}
+    double operator()(float l2)
+    {
+        if (!(l2 == m_base)) { // NaN never matches, so it is recomputed like any other value
+            m_base = l2;
+            m_power = std::pow(static_cast<double>(l2), m_exponent);
+        }
+        return m_power;
+    }
+
+private:
+    double m_exponent;
+    float m_base = std::numeric_limits<float>::quiet_NaN();
+    double m_power = 0.0;
+};
+
 // The result of one equation for non-null inputs. A template on the equation number so
 // the per-sample loop below is compiled once per equation with no switch inside it.
 template <int E>
-float Formula(float l1, float l2, float l3, const EquationCoefficients& c)
+float Formula(float l1, float l2, float l3, const EquationCoefficients& c, Log2Power& rw08)
 {
     const float c1 = c[0], c2 = c[1], c3 = c[2], c4 = c[3];
     if constexpr (E == 0) {
@@ -48,14 +70,14 @@ float Formula(float l1, float l2, float l3, const EquationCoefficients& c)
     } else if constexpr (E == 3) {
         return std::pow(l1 / (c1 * l2), 1.0f / c2);
     } else if constexpr (E == 4) {
-        const double denominator = c3 * c1 * l1 * std::pow(static_cast<double>(l2), kExponentDouble08) - c1 * l2;
+        const double denominator = c3 * c1 * l1 * rw08(l2) - c1 * l2;
         return static_cast<float>(std::pow(-l1 / denominator, static_cast<double>(1.0f / c2)));
     } else if constexpr (E == 5) {
         const float n5 = c1 * l3 * l3 * l2 * l1 - c1 * l3 * l2 * l1 - c1 * c3 * l3 * l2 + c1 * c3 * l2;
         return std::pow(n5 / (l1 * c3), -1.0f / c2);
     } else if constexpr (E == 6) {
         const double n6 = c1 * l3 * l3 * l2 * l1 - c1 * l3 * l2 * l1 -
-                          c1 * c3 * c4 * l1 * std::pow(static_cast<double>(l2), kExponentFloat08) -
+                          c1 * c3 * c4 * l1 * rw08(l2) -
                           c1 * c4 * l3 * l2 + c1 * c4 * l2;
         return static_cast<float>(std::pow(n6 / (l1 * c4), static_cast<double>(-1.0f / c2)));
     } else if constexpr (E == 8) {
@@ -79,13 +101,23 @@ float Formula(float l1, float l2, float l3, const EquationCoefficients& c)
     }
 }
 
+// The exponent of log 2 in equations 4 and 6 (unused by the others).
+constexpr double Log2Exponent(int equation) { return equation == 6 ? kExponentFloat08 : kExponentDouble08; }
+
 template <int E>
-float Sample(float l1, float l2, float l3, const EquationCoefficients& c, std::size_t logCount)
+float Sample(float l1, float l2, float l3, const EquationCoefficients& c, std::size_t logCount, Log2Power& rw08)
 {
     if (IsNullSample(l1) || (logCount >= 2 && IsNullSample(l2)) || (logCount >= 3 && IsNullSample(l3))) {
         return kNullValue;
     }
-    return Formula<E>(l1, l2, l3, c);
+    return Formula<E>(l1, l2, l3, c, rw08);
+}
+
+template <int E>
+float SingleSample(float l1, float l2, float l3, const EquationCoefficients& c, std::size_t logCount)
+{
+    Log2Power rw08(Log2Exponent(E));
+    return Sample<E>(l1, l2, l3, c, logCount, rw08);
 }
 
 template <int E>
@@ -97,10 +129,11 @@ void EvaluateRange(std::span<const float> l1, std::span<const float> l2, std::sp
     std::size_t inside = end;
     if constexpr (logCount >= 2) inside = std::min(inside, std::max(begin, l2.size()));
     if constexpr (logCount >= 3) inside = std::min(inside, std::max(begin, l3.size()));
+    Log2Power rw08(Log2Exponent(E));
     for (std::size_t i = begin; i < inside; ++i) {
         const float v2 = logCount >= 2 ? l2[i] : 0.0f;
         const float v3 = logCount >= 3 ? l3[i] : 0.0f;
-        out[i] = Sample<E>(l1[i], v2, v3, c, logCount);
+        out[i] = Sample<E>(l1[i], v2, v3, c, logCount, rw08);
     }
     for (std::size_t i = inside; i < end; ++i) out[i] = kNullValue;
 }
@@ -117,7 +150,7 @@ constexpr std::array<RangeFunction, sizeof...(E)> RangeTable(std::index_sequence
 template <std::size_t... E>
 constexpr std::array<SampleFunction, sizeof...(E)> SampleTable(std::index_sequence<E...>)
 {
-    return {&Sample<static_cast<int>(E)>...};
+    return {&SingleSample<static_cast<int>(E)>...};
 }
 constexpr auto kRangeFunctions = RangeTable(std::make_index_sequence<kEquationCount>());
 constexpr auto kSampleFunctions = SampleTable(std::make_index_sequence<kEquationCount>());
