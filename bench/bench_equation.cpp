@@ -15,7 +15,9 @@
 #include "evaluation/CommonLogs.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/LineTrace.h"
+#include "numeric/VectorPow.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -97,9 +99,12 @@ struct FitRow {
 int main(int argc, char** argv)
 {
     const auto options = ba::bench::ParseOptions(kProgram, argc, argv);
-    std::printf("bench_equation: %zu samples per derived log; %d runs per row\n", kSamples, options.runs);
+    std::printf("bench_equation: %zu samples per derived log; %d runs per row; powers %s\n", kSamples, options.runs,
+                ba::numeric::VectorPowInUse() ? "4 or 8 at a time (AVX2)" : "one at a time");
 
     const std::vector<float> resistivity = MakeValues(kSamples, 20.0, 15.0);
+    // The clay and resistive-fluid forms give a porosity in shaly, low-resistivity beds.
+    const std::vector<float> shalyResistivity = MakeValues(kSamples, 3.0, 1.5);
     const std::vector<float> waterResistivity = MakeValues(kSamples, 0.05, 0.01);
     // Formation water resistivity as it is usually given: one value per zone of 500 m.
     std::vector<float> zonedWaterResistivity(kSamples);
@@ -113,11 +118,10 @@ int main(int argc, char** argv)
     const FormulaRow formulas[] = {
         {"0 linear (R)", 0, {2.0f, 1.0f}, &resistivity, nullptr},
         {"3 Archie (R, Rw)", 3, {1.0f, -2.0f}, &resistivity, &waterResistivity},
-        {"4 Archie, resistive fluids (R, Rw by zone)", 4, {1.0f, -2.0f, 0.05f}, &resistivity,
-         &zonedWaterResistivity},
-        {"6 Archie, clay + resistive fluids (R, Rw by zone, Vsh)", 6, {1.0f, -2.0f, 0.05f, 4.0f}, &resistivity,
-         &zonedWaterResistivity},
-        {"6 the same, Rw changing at every sample", 6, {1.0f, -2.0f, 0.05f, 4.0f}, &resistivity, &waterResistivity},
+        {"4 Archie, resistive fluids (R, Rw)", 4, {1.0f, -2.0f, 0.05f}, &shalyResistivity, &waterResistivity},
+        {"6 Archie, clay + resistive fluids (R, Rw, Vsh)", 6, {1.0f, -2.0f, 0.005f, 4.0f}, &shalyResistivity,
+         &waterResistivity},
+        {"6 the same, Rw by zone", 6, {1.0f, -2.0f, 0.005f, 4.0f}, &shalyResistivity, &zonedWaterResistivity},
         {"10 Raymer-Hunt (Vp)", 10, {1500.0f, 5500.0f}, &velocity, nullptr},
         {"14 Jorgensen permeability (PHI)", 14, {-2.0f}, &porosity, nullptr},
     };
@@ -129,8 +133,12 @@ int main(int argc, char** argv)
                 ba::EvaluateEquation(row.equation, *row.l1, l2, shaleVolume, row.coefficients, out);
                 return out[kSamples / 2];
             },
-            [&](float middle) {
-                if (std::isnan(middle) || ba::IsNullSample(out[kSamples / 3])) Fail("a derived value is missing");
+            [&](float) {
+                // Inputs where a formula has no real value (NaN) would time the library's
+                // slow path for special values, not the equation.
+                const auto nan = std::count_if(out.begin(), out.end(), [](float v) { return std::isnan(v); });
+                if (nan > static_cast<long>(kSamples / 100)) Fail("more than 1% of the derived values are NaN");
+                if (ba::IsNullSample(out[kSamples / 3])) Fail("a derived value is missing");
             });
         PrintRate(row.label, s, kSamples);
     }

@@ -1,11 +1,12 @@
 #include "evaluation/EquationFormulas.h"
 
 #include "model/Trace.h"
+#include "numeric/VectorPow.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <limits>
+#include <type_traits>
 #include <thread>
 #include <vector>
 
@@ -36,50 +37,135 @@ float RaymerHuntRoot(float l1, float c1, float c2)
     return 0.0f;
 }
 
-// Rw^0.8 in equations 4 and 6 depends on log 2 alone, and a water-resistivity log usually
-// holds one value over a whole zone: the last power is kept and reused while the value
-// repeats. The same input gives the same double, so the results do not change.
-class Log2Power {
-public:
-    explicit Log2Power(double exponent) : m_exponent(exponent) {}
-    double operator()(float l2)
-    {
-        if (!(l2 == m_base)) { // NaN never matches, so it is recomputed like any other value
-            m_base = l2;
-            m_power = std::pow(static_cast<double>(l2), m_exponent);
-        }
-        return m_power;
-    }
+using C = EquationCoefficients;
 
-private:
-    double m_exponent;
-    float m_base = std::numeric_limits<float>::quiet_NaN();
-    double m_power = 0.0;
+// The equations that raise to powers (3, 4, 5, 6, 14), each written as at most two
+// powers: an optional first one, s1 = Base1^Exponent1, then p = Base2(s1)^Exponent2, and
+// the result Finish(p). Written once so that a sample computed alone and the same sample
+// computed in a block of an array (where the powers run over the whole block at a time)
+// go through the same arithmetic and give the same float.
+struct ArchieForm { // 3: (L1/(c1·L2))^(1/c2)
+    static constexpr bool kTwoPowers = false;
+    using Power1 = float;
+    using Power2 = float;
+    static float Base1(float, float, float) { return 1.0f; }
+    static float Exponent1(const C&) { return 1.0f; }
+    static float Base2(float l1, float l2, float, float, const C& c) { return l1 / (c[0] * l2); }
+    static float Exponent2(const C& c) { return 1.0f / c[1]; }
+    static float Finish(float p, const C&) { return p; }
 };
+
+struct ResistiveFluidsForm { // 4: Rw^0.8 with the double 0.8
+    static constexpr bool kTwoPowers = true;
+    using Power1 = double;
+    using Power2 = double;
+    static double Base1(float, float l2, float) { return l2; }
+    static double Exponent1(const C&) { return kExponentDouble08; }
+    static double Base2(float l1, float l2, float, double rw08, const C& c)
+    {
+        const float c1 = c[0], c3 = c[2];
+        const double denominator = c3 * c1 * l1 * rw08 - c1 * l2;
+        return -l1 / denominator;
+    }
+    static double Exponent2(const C& c) { return static_cast<double>(1.0f / c[1]); }
+    static float Finish(double p, const C&) { return static_cast<float>(p); }
+};
+
+struct ClayForm { // 5: (N5/(L1·c3))^(−1/c2)
+    static constexpr bool kTwoPowers = false;
+    using Power1 = float;
+    using Power2 = float;
+    static float Base1(float, float, float) { return 1.0f; }
+    static float Exponent1(const C&) { return 1.0f; }
+    static float Base2(float l1, float l2, float l3, float, const C& c)
+    {
+        const float c1 = c[0], c3 = c[2];
+        const float n5 = c1 * l3 * l3 * l2 * l1 - c1 * l3 * l2 * l1 - c1 * c3 * l3 * l2 + c1 * c3 * l2;
+        return n5 / (l1 * c3);
+    }
+    static float Exponent2(const C& c) { return -1.0f / c[1]; }
+    static float Finish(float p, const C&) { return p; }
+};
+
+struct ClayResistiveFluidsForm { // 6: Rw^0.8 with the float 0.8 widened
+    static constexpr bool kTwoPowers = true;
+    using Power1 = double;
+    using Power2 = double;
+    static double Base1(float, float l2, float) { return l2; }
+    static double Exponent1(const C&) { return kExponentFloat08; }
+    static double Base2(float l1, float l2, float l3, double rw08, const C& c)
+    {
+        const float c1 = c[0], c3 = c[2], c4 = c[3];
+        const double n6 = c1 * l3 * l3 * l2 * l1 - c1 * l3 * l2 * l1 - c1 * c3 * c4 * l1 * rw08 - c1 * c4 * l3 * l2 +
+                          c1 * c4 * l2;
+        return n6 / (l1 * c4);
+    }
+    static double Exponent2(const C& c) { return static_cast<double>(-1.0f / c[1]); }
+    static float Finish(double p, const C&) { return static_cast<float>(p); }
+};
+
+struct JorgensenForm { // 14: 182800·(L1^(2 − c1)/(1 − L1)²)^1.1f
+    static constexpr bool kTwoPowers = true;
+    using Power1 = float;
+    using Power2 = double;
+    static float Base1(float l1, float, float) { return l1; }
+    static float Exponent1(const C& c) { return 2.0f - c[0]; }
+    static double Base2(float l1, float, float, float l1Power, const C&)
+    {
+        const float ratio = l1Power / ((1.0f - l1) * (1.0f - l1));
+        return static_cast<double>(ratio);
+    }
+    static double Exponent2(const C&) { return kJorgensenExponent; }
+    static float Finish(double p, const C&) { return static_cast<float>(kJorgensenFactor * p); }
+};
+
+template <class Form>
+float PowerFormula(float l1, float l2, float l3, const C& c)
+{
+    typename Form::Power1 s1{};
+    if constexpr (Form::kTwoPowers) s1 = numeric::PowOne(Form::Base1(l1, l2, l3), Form::Exponent1(c));
+    return Form::Finish(numeric::PowOne(Form::Base2(l1, l2, l3, s1, c), Form::Exponent2(c)), c);
+}
+
+template <int E>
+struct PowerFormOf {
+    using type = void;
+};
+template <>
+struct PowerFormOf<3> {
+    using type = ArchieForm;
+};
+template <>
+struct PowerFormOf<4> {
+    using type = ResistiveFluidsForm;
+};
+template <>
+struct PowerFormOf<5> {
+    using type = ClayForm;
+};
+template <>
+struct PowerFormOf<6> {
+    using type = ClayResistiveFluidsForm;
+};
+template <>
+struct PowerFormOf<14> {
+    using type = JorgensenForm;
+};
+template <int E>
+constexpr bool kRaisesToPowers = !std::is_void_v<typename PowerFormOf<E>::type>;
 
 // The result of one equation for non-null inputs. A template on the equation number so
 // the per-sample loop below is compiled once per equation with no switch inside it.
 template <int E>
-float Formula(float l1, float l2, float l3, const EquationCoefficients& c, Log2Power& rw08)
+float Formula(float l1, float l2, float l3, const EquationCoefficients& c)
 {
-    const float c1 = c[0], c2 = c[1], c3 = c[2], c4 = c[3];
+    const float c1 = c[0], c2 = c[1], c3 = c[2];
     if constexpr (E == 0) {
         return c1 * l1 + c2;
     } else if constexpr (E == 1 || E == 2 || E == 7) {
         return (l1 - c2) / (c1 - c2);
-    } else if constexpr (E == 3) {
-        return std::pow(l1 / (c1 * l2), 1.0f / c2);
-    } else if constexpr (E == 4) {
-        const double denominator = c3 * c1 * l1 * rw08(l2) - c1 * l2;
-        return static_cast<float>(std::pow(-l1 / denominator, static_cast<double>(1.0f / c2)));
-    } else if constexpr (E == 5) {
-        const float n5 = c1 * l3 * l3 * l2 * l1 - c1 * l3 * l2 * l1 - c1 * c3 * l3 * l2 + c1 * c3 * l2;
-        return std::pow(n5 / (l1 * c3), -1.0f / c2);
-    } else if constexpr (E == 6) {
-        const double n6 = c1 * l3 * l3 * l2 * l1 - c1 * l3 * l2 * l1 -
-                          c1 * c3 * c4 * l1 * rw08(l2) -
-                          c1 * c4 * l3 * l2 + c1 * c4 * l2;
-        return static_cast<float>(std::pow(n6 / (l1 * c4), static_cast<double>(-1.0f / c2)));
+    } else if constexpr (kRaisesToPowers<E>) {
+        return PowerFormula<typename PowerFormOf<E>::type>(l1, l2, l3, c);
     } else if constexpr (E == 8) {
         return ((l1 - c2) / (c1 - c2)) / c3;
     } else if constexpr (E == 9) {
@@ -92,32 +178,60 @@ float Formula(float l1, float l2, float l3, const EquationCoefficients& c, Log2P
         return (c2 - l1) / (c2 - c1) - ((c2 - c3) / (c2 - c1)) * l2;
     } else if constexpr (E == 13) {
         return l1 - l2 * c1;
-    } else if constexpr (E == 14) {
-        const float ratio = std::pow(l1, 2.0f - c1) / ((1.0f - l1) * (1.0f - l1));
-        return static_cast<float>(kJorgensenFactor * std::pow(static_cast<double>(ratio), kJorgensenExponent));
     } else {
         static_assert(E == 15 || E == 16);
         return (c2 - l2) / (l1 - c1);
     }
 }
 
-// The exponent of log 2 in equations 4 and 6 (unused by the others).
-constexpr double Log2Exponent(int equation) { return equation == 6 ? kExponentFloat08 : kExponentDouble08; }
-
 template <int E>
-float Sample(float l1, float l2, float l3, const EquationCoefficients& c, std::size_t logCount, Log2Power& rw08)
+bool AnyNull(float l1, float l2, float l3)
 {
-    if (IsNullSample(l1) || (logCount >= 2 && IsNullSample(l2)) || (logCount >= 3 && IsNullSample(l3))) {
-        return kNullValue;
-    }
-    return Formula<E>(l1, l2, l3, c, rw08);
+    constexpr std::size_t logCount = kEquationDefinitions[E].logCount;
+    return IsNullSample(l1) || (logCount >= 2 && IsNullSample(l2)) || (logCount >= 3 && IsNullSample(l3));
 }
 
 template <int E>
-float SingleSample(float l1, float l2, float l3, const EquationCoefficients& c, std::size_t logCount)
+float Sample(float l1, float l2, float l3, const EquationCoefficients& c)
 {
-    Log2Power rw08(Log2Exponent(E));
-    return Sample<E>(l1, l2, l3, c, logCount, rw08);
+    return AnyNull<E>(l1, l2, l3) ? kNullValue : Formula<E>(l1, l2, l3, c);
+}
+
+// Samples [begin, end) of an equation that raises to powers, a block at a time: the bases
+// of each power are gathered for the block (a null sample raises 1 and is then written as
+// null), raised together, and finished sample by sample.
+template <class Form, int E>
+void EvaluatePowerBlocks(std::span<const float> l1, std::span<const float> l2, std::span<const float> l3,
+                         const C& c, std::span<float> out, std::size_t begin, std::size_t end)
+{
+    constexpr std::size_t kBlock = 512;
+    constexpr std::size_t logCount = kEquationDefinitions[E].logCount;
+    using P1 = typename Form::Power1;
+    using P2 = typename Form::Power2;
+    std::array<P1, kBlock> base1{}, power1{};
+    std::array<P2, kBlock> base2{}, power2{};
+    std::array<bool, kBlock> isNull{};
+    const P1 exponent1 = Form::Exponent1(c);
+    const P2 exponent2 = Form::Exponent2(c);
+    for (std::size_t first = begin; first < end; first += kBlock) {
+        const std::size_t m = std::min(kBlock, end - first);
+        auto at = [&](std::span<const float> log, std::size_t k) { return log.empty() ? 0.0f : log[first + k]; };
+        for (std::size_t k = 0; k < m; ++k) {
+            isNull[k] = AnyNull<E>(l1[first + k], logCount >= 2 ? l2[first + k] : 0.0f,
+                                   logCount >= 3 ? l3[first + k] : 0.0f);
+        }
+        if constexpr (Form::kTwoPowers) {
+            for (std::size_t k = 0; k < m; ++k) {
+                base1[k] = isNull[k] ? P1(1) : Form::Base1(at(l1, k), at(l2, k), at(l3, k));
+            }
+            numeric::PowArray(std::span<const P1>(base1.data(), m), exponent1, std::span<P1>(power1.data(), m));
+        }
+        for (std::size_t k = 0; k < m; ++k) {
+            base2[k] = isNull[k] ? P2(1) : Form::Base2(at(l1, k), at(l2, k), at(l3, k), power1[k], c);
+        }
+        numeric::PowArray(std::span<const P2>(base2.data(), m), exponent2, std::span<P2>(power2.data(), m));
+        for (std::size_t k = 0; k < m; ++k) out[first + k] = isNull[k] ? kNullValue : Form::Finish(power2[k], c);
+    }
 }
 
 template <int E>
@@ -129,18 +243,24 @@ void EvaluateRange(std::span<const float> l1, std::span<const float> l2, std::sp
     std::size_t inside = end;
     if constexpr (logCount >= 2) inside = std::min(inside, std::max(begin, l2.size()));
     if constexpr (logCount >= 3) inside = std::min(inside, std::max(begin, l3.size()));
-    Log2Power rw08(Log2Exponent(E));
-    for (std::size_t i = begin; i < inside; ++i) {
-        const float v2 = logCount >= 2 ? l2[i] : 0.0f;
-        const float v3 = logCount >= 3 ? l3[i] : 0.0f;
-        out[i] = Sample<E>(l1[i], v2, v3, c, logCount, rw08);
+    if constexpr (kRaisesToPowers<E>) {
+        // Logs the equation does not read are passed empty so the blocks never touch them.
+        EvaluatePowerBlocks<typename PowerFormOf<E>::type, E>(l1, logCount >= 2 ? l2 : std::span<const float>(),
+                                                              logCount >= 3 ? l3 : std::span<const float>(), c,
+                                                              out, begin, inside);
+    } else {
+        for (std::size_t i = begin; i < inside; ++i) {
+            const float v2 = logCount >= 2 ? l2[i] : 0.0f;
+            const float v3 = logCount >= 3 ? l3[i] : 0.0f;
+            out[i] = Sample<E>(l1[i], v2, v3, c);
+        }
     }
     for (std::size_t i = inside; i < end; ++i) out[i] = kNullValue;
 }
 
 using RangeFunction = void (*)(std::span<const float>, std::span<const float>, std::span<const float>,
                                const EquationCoefficients&, std::span<float>, std::size_t, std::size_t);
-using SampleFunction = float (*)(float, float, float, const EquationCoefficients&, std::size_t);
+using SampleFunction = float (*)(float, float, float, const EquationCoefficients&);
 
 template <std::size_t... E>
 constexpr std::array<RangeFunction, sizeof...(E)> RangeTable(std::index_sequence<E...>)
@@ -150,7 +270,7 @@ constexpr std::array<RangeFunction, sizeof...(E)> RangeTable(std::index_sequence
 template <std::size_t... E>
 constexpr std::array<SampleFunction, sizeof...(E)> SampleTable(std::index_sequence<E...>)
 {
-    return {&SingleSample<static_cast<int>(E)>...};
+    return {&Sample<static_cast<int>(E)>...};
 }
 constexpr auto kRangeFunctions = RangeTable(std::make_index_sequence<kEquationCount>());
 constexpr auto kSampleFunctions = SampleTable(std::make_index_sequence<kEquationCount>());
@@ -162,8 +282,8 @@ constexpr std::size_t kSamplesPerThread = 1u << 16;
 
 float EvaluateEquation(int equation, float l1, float l2, float l3, const EquationCoefficients& c)
 {
-    const EquationDefinition& definition = EquationAt(equation);
-    return kSampleFunctions[static_cast<std::size_t>(equation)](l1, l2, l3, c, definition.logCount);
+    EquationAt(equation); // refuses an index that is not an equation
+    return kSampleFunctions[static_cast<std::size_t>(equation)](l1, l2, l3, c);
 }
 
 void EvaluateEquation(int equation, std::span<const float> l1, std::span<const float> l2, std::span<const float> l3,
