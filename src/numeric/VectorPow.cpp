@@ -8,8 +8,8 @@
 #include <immintrin.h>
 
 // glibc's vector variants of pow and powf for AVX2 (x86-64 vector function ABI names).
-extern "C" __m256d _ZGVdN4vv_pow(__m256d, __m256d);
-extern "C" __m256 _ZGVdN8vv_powf(__m256, __m256);
+extern "C" __attribute__((target("avx2"))) __m256d _ZGVdN4vv_pow(__m256d, __m256d);
+extern "C" __attribute__((target("avx2"))) __m256 _ZGVdN8vv_powf(__m256, __m256);
 #endif
 
 namespace ba::numeric {
