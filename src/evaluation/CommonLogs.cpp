@@ -4,6 +4,7 @@
 #include "model/LineTrace.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <memory>
 
@@ -73,6 +74,28 @@ void ScaleToValues(CLineTrace& trace)
 }
 
 } // namespace
+
+std::optional<float> ReadFieldNumber(std::string_view text, std::string_view field, IMessageSink& sink)
+{
+    std::string_view number = text;
+    while (!number.empty() && (number.front() == ' ' || number.front() == '\t')) number.remove_prefix(1);
+    while (!number.empty() && (number.back() == ' ' || number.back() == '\t')) number.remove_suffix(1);
+    if (number.size() > 1 && number.front() == '+' && number[1] != '-') number.remove_prefix(1);
+    float value = 0.0f;
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
+    if (!number.empty() && error == std::errc() && end == number.data() + number.size() && std::isfinite(value)) {
+        return value;
+    }
+    sink.Warning("Error: " + std::string(field) + " must be a number; \"" + std::string(text) + "\" is not.");
+    return std::nullopt;
+}
+
+std::string FieldNumberText(float value)
+{
+    char buffer[32];
+    const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value);
+    return error == std::errc() ? std::string(buffer, end) : std::to_string(value);
+}
 
 std::string ValuesMustBeUniqueMessage(std::string_view quantity)
 {

@@ -11,6 +11,7 @@
 #include "repository/RepositoryRecordset.h"
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,15 @@ inline constexpr std::string_view kCouldNotFindCoefficientsMessage =
 std::string ValuesMustBeUniqueMessage(std::string_view quantity);
 inline constexpr std::string_view kDepthQuantity = "Depth";
 inline constexpr std::string_view kGroundTruthQuantity = "Ground truth";
+
+// The number typed into one of the dialog's fields (a coefficient, a ground-truth depth or
+// value): decimal text with '.' as separator, blanks around it ignored. Anything else (an
+// empty field, stray characters, a value outside the float range, inf or nan) is refused
+// with "Error: <field> must be a number; "<text>" is not." rather than read as zero: a
+// silently zeroed coefficient would give a wrong log without any sign of it.
+std::optional<float> ReadFieldNumber(std::string_view text, std::string_view field, IMessageSink& sink);
+// The shortest text that reads back as the same float, for showing computed coefficients.
+std::string FieldNumberText(float value);
 
 // One row of the ground-truth entry: a depth in the document's display unit and the value
 // the derived log should have there.

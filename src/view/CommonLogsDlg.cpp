@@ -19,7 +19,6 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
-#include <charconv>
 #include <cmath>
 #include <optional>
 #include <string>
@@ -29,27 +28,10 @@ namespace {
 
 QString Q(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
 
-// The shortest text that reads back as the same float, so that a computed coefficient
-// shown in its edit survives OK unchanged.
-QString FloatText(float value)
-{
-    char buffer[32];
-    const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value);
-    if (error != std::errc()) return QString::number(double(value), 'g', 9);
-    return QString::fromLatin1(buffer, end - buffer);
-}
-
-// A number typed into an edit, read with '.' as the decimal separator. Anything else -
-// an empty edit, stray characters, a value outside the float range - is refused with a
-// message naming the field rather than read as zero: a silently zeroed coefficient or
-// ground-truth value would give a wrong log without any sign of it.
+// Checks and messages for typed numbers are the core's; the widgets only hand it text.
 std::optional<float> ParseNumber(const QString& text, const QString& field, IMessageSink& sink)
 {
-    bool ok = false;
-    const double value = text.trimmed().toDouble(&ok);
-    if (ok && std::isfinite(static_cast<float>(value))) return static_cast<float>(value);
-    sink.Error(QStringLiteral("Error: %1 must be a number; \"%2\" is not.").arg(field, text).toStdString());
-    return std::nullopt;
+    return ReadFieldNumber(text.toStdString(), field.toStdString(), sink);
 }
 
 QString CellText(const QTableWidget& table, int row, int column)
@@ -314,7 +296,7 @@ bool CCommonLogsDlg::GatherGroundTruth()
 void CCommonLogsDlg::ShowCoefficients()
 {
     for (std::size_t slot = 0; slot < kEquationCoefficientSlots; ++slot) {
-        m_coefficientEdits[slot]->setText(FloatText(m_logic.coefficients[slot]));
+        m_coefficientEdits[slot]->setText(QString::fromStdString(FieldNumberText(m_logic.coefficients[slot])));
     }
 }
 

@@ -240,6 +240,35 @@ TEST(CommonLogs, FitsVelocitiesInMetresPerSecond)
     EXPECT_NEAR(dialog.coefficients[1], 5500.0f, 0.5f);
 }
 
+TEST(CommonLogs, TypedNumbersAreReadWholeOrRefusedNamingTheField)
+{
+    struct Case {
+        const char* text;
+        std::optional<float> value;
+    };
+    const Case cases[] = {
+        {"2.5", 2.5f},   {" -3e2\t", -300.0f}, {"+1", 1.0f},         {"0.1", 0.1f},      {"", std::nullopt},
+        {"  ", std::nullopt}, {"2,5", std::nullopt}, {"1e40", std::nullopt}, {"nan", std::nullopt},
+        {"inf", std::nullopt}, {"+-1", std::nullopt}, {"m", std::nullopt},  {"1.5.2", std::nullopt},
+    };
+    for (const Case& c : cases) {
+        CollectingMessageSink sink;
+        EXPECT_EQ(ReadFieldNumber(c.text, "Coefficient 2 (m)", sink), c.value) << c.text;
+        if (c.value) {
+            EXPECT_TRUE(sink.messages.empty()) << c.text;
+        } else {
+            EXPECT_EQ(sink.Texts(), std::vector<std::string>{"Error: Coefficient 2 (m) must be a number; \"" +
+                                                             std::string(c.text) + "\" is not."});
+        }
+    }
+    // What a fit writes back into a field reads back as the same float.
+    for (const float value : {0.1f, -2.15f, 5500.0f, 1.0e-7f, 0.61999995f}) {
+        CollectingMessageSink sink;
+        EXPECT_EQ(ReadFieldNumber(FieldNumberText(value), "x", sink), value);
+    }
+    EXPECT_EQ(FieldNumberText(0.1f), "0.1");
+}
+
 class CommonLogsModels : public ::testing::Test {
 protected:
     void SetUp() override
