@@ -211,13 +211,17 @@ Command AddEquationCommand(CLI::App& app)
         ->check(LogsInto(options->dialog.logs));
     sub->add_option("--coef", options->coefText, "coefficients in label order")
         ->check(CoefficientsInto(options->coefficients));
-    sub->add_option("--fit", options->fitText, "ground truth: depth and derived value pairs")
-        ->check(GroundTruthInto(options->dialog.groundTruth));
-    sub->add_option("--solve", options->solveText, "coefficients (1-5) to compute from the ground truth")
-        ->check(SolveInto(options->dialog.calculate));
+    CLI::Option* fit = sub->add_option("--fit", options->fitText, "ground truth: depth and derived value pairs")
+                           ->check(GroundTruthInto(options->dialog.groundTruth));
+    CLI::Option* solve = sub->add_option("--solve", options->solveText, "coefficients (1-5) to compute from the ground truth")
+                             ->check(SolveInto(options->dialog.calculate));
+    // Ground truth without coefficients to solve for (or the reverse) would be ignored.
+    fit->needs(solve);
+    solve->needs(fit);
     sub->add_option("--model", options->model, "saved model to start from");
-    sub->add_option("--save-model", options->saveModel, "save the equation and coefficients under this name");
-    sub->add_option("--description", options->description, "description of the saved model");
+    CLI::Option* save =
+        sub->add_option("--save-model", options->saveModel, "save the equation and coefficients under this name");
+    sub->add_option("--description", options->description, "description of the saved model")->needs(save);
     sub->add_option("--name", options->dialog.outputName, "name of the new trace")->required();
     sub->add_option("-o,--output", options->output, "document to write; may be DOC.bal itself (saves are atomic)")
         ->required();
