@@ -64,7 +64,7 @@ int main(int argc, char** argv)
     };
     const Row rows[] = {
         {"shared depths", 0.0f, true},
-        {"density at other depths (per-station lookup)", 0.05f, false},
+        {"density at other depths (cursor along it)", 0.05f, false},
     };
     for (const Row& row : rows) {
         ba::CBoreAnalystDoc doc;

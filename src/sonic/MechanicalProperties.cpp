@@ -1,6 +1,7 @@
 #include "sonic/MechanicalProperties.h"
 
 #include "model/BoreAnalystDoc.h"
+#include "io/LineTraceCursor.h"
 #include "model/LineTrace.h"
 #include "units/UnitVocabulary.h"
 
@@ -45,7 +46,7 @@ constexpr double kFeetToMetres = 0.3048;
 // first sample, the sample itself; otherwise the pair ending at the station's sample,
 // whose interpolation is repeated here with ValueAt's own expression and types so the
 // result is bit-identical (a null in either sample gives null, as there). Any other trace
-// is looked up station by station.
+// is looked up station by station, with a cursor that walks along it.
 std::vector<float> ValuesAtStations(const CLineTrace& trace, const CLineTrace& stations,
                                     std::span<const float> stationDepths, bool stationsShareable, StationLookup lookup)
 {
@@ -57,7 +58,14 @@ std::vector<float> ValuesAtStations(const CLineTrace& trace, const CLineTrace& s
                          std::memcmp(trace.StoredDepths().Data(), stations.StoredDepths().Data(), n * sizeof(float)) ==
                              0);
     if (!shared) {
-        for (std::size_t k = 0; k < n; ++k) values[k] = trace.ValueAt(stationDepths[k]);
+        if (lookup == StationLookup::EveryStationByDepth) {
+            for (std::size_t k = 0; k < n; ++k) values[k] = trace.ValueAt(stationDepths[k]);
+            return values;
+        }
+        // Stations follow each other along the hole, so the search for each one carries on
+        // from the last instead of starting again; the answers are ValueAt's own.
+        CLineTraceCursor cursor(trace);
+        for (std::size_t k = 0; k < n; ++k) values[k] = cursor.ValueAt(stationDepths[k]);
         return values;
     }
     if (trace.IrregularAxis()) {

@@ -65,7 +65,8 @@ std::vector<MechanicalProperty> RequestedProperties(const MechanicalOutputs& out
 
 // How the value of an input trace at a station's depth is found. Both give the same
 // numbers; `EveryStationByDepth` is the plain per-station depth lookup and exists so the
-// shortcut for traces sampled at the stations' own depths can be checked against it.
+// shortcuts (traces sampled at the stations' own depths, a cursor along any other) can be
+// checked against it.
 enum class StationLookup { Fastest, EveryStationByDepth };
 
 // The inputs of one pass. A null trace is one that was not selected (its default value
