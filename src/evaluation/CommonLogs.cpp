@@ -1,6 +1,7 @@
 #include "evaluation/CommonLogs.h"
 
 #include "model/BoreAnalystDoc.h"
+#include "model/DerivedLineTraces.h"
 #include "model/LineTrace.h"
 
 #include <algorithm>
@@ -12,27 +13,11 @@ namespace ba {
 
 namespace {
 
-// Output traces of a document without traces take these.
-constexpr std::int32_t kEmptyDocumentDepthUnit = kDepthMetres;
-constexpr float kEmptyDocumentVerticalScale = 10.0f;
-// Depths are read in log 1's display unit; an output whose depth unit is not metres is
-// taken to be in feet and stores the depth converted to metres.
-constexpr double kFeetToMetres = 0.3048;
-
 // Not among the program's own messages: the desktop dialog keeps one ground-truth row per
 // ticked coefficient, so this is met only when the choices come from elsewhere (the
 // command line).
 constexpr std::string_view kGroundTruthCountMessage =
     "Error: Give one ground truth depth and value for each coefficient to calculate.";
-
-const CLineTrace* FindLineTrace(const CBoreAnalystDoc& doc, std::string_view name)
-{
-    for (std::size_t i = 0; i < doc.TraceCount(); ++i) {
-        const auto* line = dynamic_cast<const CLineTrace*>(&doc.Trace(i));
-        if (line != nullptr && line->Name() == name) return line;
-    }
-    return nullptr;
-}
 
 // The ticks that count: those of coefficients the equation uses.
 CoefficientMask UsedTicks(int equation, const CoefficientMask& calculate)
@@ -102,15 +87,6 @@ std::string ValuesMustBeUniqueMessage(std::string_view quantity)
     return "Error: " + std::string(quantity) + " values must be unique.";
 }
 
-std::vector<std::string> CCommonLogs::LineTraceNames(const CBoreAnalystDoc& doc)
-{
-    std::vector<std::string> names;
-    for (std::size_t i = 0; i < doc.TraceCount(); ++i) {
-        if (dynamic_cast<const CLineTrace*>(&doc.Trace(i)) != nullptr) names.push_back(doc.Trace(i).Name());
-    }
-    return names;
-}
-
 bool CCommonLogs::CheckEquationAndLogs(const CBoreAnalystDoc& doc,
                                        std::array<const CLineTrace*, kEquationLogSlots>& traces,
                                        IMessageSink& sink) const
@@ -132,7 +108,7 @@ bool CCommonLogs::CheckEquationAndLogs(const CBoreAnalystDoc& doc,
     for (std::size_t slot = 0; slot < needed; ++slot) {
         traces[slot] = FindLineTrace(doc, logs[slot]);
         if (traces[slot] == nullptr) {
-            sink.Warning("Error: No line trace named \"" + logs[slot] + "\" in the document.");
+            sink.Warning(NoLineTraceMessage(logs[slot]));
             return false;
         }
     }
@@ -194,12 +170,9 @@ CLineTrace* CCommonLogs::OnOk(CBoreAnalystDoc& doc, IMessageSink& sink)
     if (!CheckEquationAndLogs(doc, traces, sink) || !Fit(traces, sink)) return nullptr;
 
     const EquationDefinition& definition = EquationAt(equation);
-    const bool empty = doc.TraceCount() == 0;
-    auto trace = std::make_unique<CLineTrace>(1, kPenSolid, 0, 0.0f, 1.0f,
-                                              outputName.empty() ? std::string(definition.outputName) : outputName,
-                                              std::string(definition.outputUnits));
-    trace->SetDepthUnit(empty ? kEmptyDocumentDepthUnit : doc.Trace(0).DepthUnit());
-    trace->SetVerticalScale(empty ? kEmptyDocumentVerticalScale : doc.Trace(0).VerticalScale());
+    auto trace = MakeDerivedLineTrace(doc, 0.0f, 1.0f,
+                                      outputName.empty() ? std::string(definition.outputName) : outputName,
+                                      std::string(definition.outputUnits));
     DeriveEquationLog(equation, traces, coefficients, *trace);
     ScaleToValues(*trace);
     auto& added = static_cast<CLineTrace&>(doc.AddTrace(std::move(trace)));
@@ -260,19 +233,14 @@ void DeriveEquationLog(int equation, const std::array<const CLineTrace*, kEquati
     }
     l1 = l1.first(n);
 
-    // Each depth is log 1's display depth, times 0.3048 when the output is not in metres.
-    // Metres to metres is the stored depth itself, so it is copied as it stands.
+    // Each depth is derived from log 1's display depth. Metres to metres is the stored
+    // depth itself, so it is copied as it stands.
     const std::span<const float> firstStored = first.StoredDepths().Items();
     if (out.DepthUnit() == kDepthMetres && first.DepthUnit() == kDepthMetres) {
         out.StoredDepths().Assign(firstStored.first(n));
     } else {
-        const double displayFactor = DepthUnitFactor(first.DepthUnit());
-        const bool toMetres = out.DepthUnit() != kDepthMetres;
         std::vector<float> stored(n);
-        for (std::size_t i = 0; i < n; ++i) {
-            const auto display = static_cast<float>(static_cast<double>(firstStored[i]) * displayFactor);
-            stored[i] = toMetres ? static_cast<float>(display * kFeetToMetres) : display;
-        }
+        for (std::size_t i = 0; i < n; ++i) stored[i] = DerivedStoredDepth(first.Depth(i), out.DepthUnit());
         out.StoredDepths().Assign(stored);
     }
     out.Values().Clear();

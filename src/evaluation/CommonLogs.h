@@ -50,8 +50,7 @@ struct GroundTruthEntry {
 
 class CCommonLogs {
 public:
-    // The names offered by the three log lists: every line trace of the document, in order.
-    static std::vector<std::string> LineTraceNames(const CBoreAnalystDoc& doc);
+    // The three log lists offer LineTraceNames(doc) (model/DerivedLineTraces.h).
 
     int equation = -1;                                    // -1: none selected
     std::array<std::string, kEquationLogSlots> logs;      // empty: no log in that slot

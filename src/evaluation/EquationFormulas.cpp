@@ -127,32 +127,16 @@ float PowerFormula(float l1, float l2, float l3, const C& c)
     return Form::Finish(numeric::PowOne(Form::Base2(l1, l2, l3, s1, c), Form::Exponent2(c)), c);
 }
 
+// The power form of equation E, or void for the equations without powers.
 template <int E>
-struct PowerFormOf {
-    using type = void;
-};
-template <>
-struct PowerFormOf<3> {
-    using type = ArchieForm;
-};
-template <>
-struct PowerFormOf<4> {
-    using type = ResistiveFluidsForm;
-};
-template <>
-struct PowerFormOf<5> {
-    using type = ClayForm;
-};
-template <>
-struct PowerFormOf<6> {
-    using type = ClayResistiveFluidsForm;
-};
-template <>
-struct PowerFormOf<14> {
-    using type = JorgensenForm;
-};
+using PowerFormOf =
+    std::conditional_t<E == 3, ArchieForm,
+    std::conditional_t<E == 4, ResistiveFluidsForm,
+    std::conditional_t<E == 5, ClayForm,
+    std::conditional_t<E == 6, ClayResistiveFluidsForm,
+    std::conditional_t<E == 14, JorgensenForm, void>>>>>;
 template <int E>
-constexpr bool kRaisesToPowers = !std::is_void_v<typename PowerFormOf<E>::type>;
+constexpr bool kRaisesToPowers = !std::is_void_v<PowerFormOf<E>>;
 
 // The result of one equation for non-null inputs. A template on the equation number so
 // the per-sample loop below is compiled once per equation with no switch inside it.
@@ -165,7 +149,7 @@ float Formula(float l1, float l2, float l3, const EquationCoefficients& c)
     } else if constexpr (E == 1 || E == 2 || E == 7) {
         return (l1 - c2) / (c1 - c2);
     } else if constexpr (kRaisesToPowers<E>) {
-        return PowerFormula<typename PowerFormOf<E>::type>(l1, l2, l3, c);
+        return PowerFormula<PowerFormOf<E>>(l1, l2, l3, c);
     } else if constexpr (E == 8) {
         return ((l1 - c2) / (c1 - c2)) / c3;
     } else if constexpr (E == 9) {
@@ -245,7 +229,7 @@ void EvaluateRange(std::span<const float> l1, std::span<const float> l2, std::sp
     if constexpr (logCount >= 3) inside = std::min(inside, std::max(begin, l3.size()));
     if constexpr (kRaisesToPowers<E>) {
         // Logs the equation does not read are passed empty so the blocks never touch them.
-        EvaluatePowerBlocks<typename PowerFormOf<E>::type, E>(l1, logCount >= 2 ? l2 : std::span<const float>(),
+        EvaluatePowerBlocks<PowerFormOf<E>, E>(l1, logCount >= 2 ? l2 : std::span<const float>(),
                                                               logCount >= 3 ? l3 : std::span<const float>(), c,
                                                               out, begin, inside);
     } else {

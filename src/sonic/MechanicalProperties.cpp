@@ -1,7 +1,8 @@
 #include "sonic/MechanicalProperties.h"
 
-#include "model/BoreAnalystDoc.h"
 #include "io/LineTraceCursor.h"
+#include "model/BoreAnalystDoc.h"
+#include "model/DerivedLineTraces.h"
 #include "model/LineTrace.h"
 #include "units/UnitVocabulary.h"
 
@@ -30,13 +31,6 @@ constexpr std::array<PropertyDescription, kMechanicalPropertyCount> kProperties 
     {"Vp/Vs", ""},
     {"Young's Modulus", "GPa"},
 }};
-
-// Output traces of a document without traces take these.
-constexpr std::int32_t kEmptyDocumentDepthUnit = kDepthMetres;
-constexpr float kEmptyDocumentVerticalScale = 10.0f;
-// Station depths are in the compressional trace's display unit; an output whose depth
-// unit is not metres is taken to be in feet and stores the depth converted to metres.
-constexpr double kFeetToMetres = 0.3048;
 
 // The value of `trace` at each station depth, exactly as CLineTrace::ValueAt gives it.
 //
@@ -114,15 +108,6 @@ std::optional<ConversionFactor> VelocityFactor(const CLineTrace& trace)
     return FindConversion(unit.type, unit.canonical, "m/s");
 }
 
-const CLineTrace* FindLineTrace(const CBoreAnalystDoc& doc, std::string_view name)
-{
-    for (std::size_t i = 0; i < doc.TraceCount(); ++i) {
-        const auto* line = dynamic_cast<const CLineTrace*>(&doc.Trace(i));
-        if (line != nullptr && line->Name() == name) return line;
-    }
-    return nullptr;
-}
-
 } // namespace
 
 std::string_view PropertyTraceName(MechanicalProperty property)
@@ -172,9 +157,7 @@ void ComputeMechanicalProperties(const MechanicalInputs& inputs, std::span<const
     for (std::size_t j = 0; j < outputs.size(); ++j) {
         CLineTrace& out = *outputs[j];
         std::vector<float> stored(depths);
-        if (out.DepthUnit() != kDepthMetres) {
-            for (float& d : stored) d = static_cast<float>(d * kFeetToMetres);
-        }
+        for (float& d : stored) d = DerivedStoredDepth(d, out.DepthUnit());
         out.StoredDepths().Assign(stored);
         out.Values().Clear();
         out.Values().SetSize(n);
@@ -249,15 +232,6 @@ void ComputeMechanicalProperties(const MechanicalInputs& inputs, std::span<const
     }
 }
 
-std::vector<std::string> CMechanicalProperties::LineTraceNames(const CBoreAnalystDoc& doc)
-{
-    std::vector<std::string> names;
-    for (std::size_t i = 0; i < doc.TraceCount(); ++i) {
-        if (dynamic_cast<const CLineTrace*>(&doc.Trace(i)) != nullptr) names.push_back(doc.Trace(i).Name());
-    }
-    return names;
-}
-
 bool CMechanicalProperties::OnOk(CBoreAnalystDoc& doc, IMessageSink& sink)
 {
     const bool vpSelected = !compressionalTrace.empty();
@@ -289,7 +263,7 @@ bool CMechanicalProperties::OnOk(CBoreAnalystDoc& doc, IMessageSink& sink)
     auto lookUp = [&](const std::string& name, const CLineTrace*& trace) {
         if (name.empty()) return true;
         trace = FindLineTrace(doc, name);
-        if (trace == nullptr) sink.Error("Error: No line trace named \"" + name + "\" in the document.");
+        if (trace == nullptr) sink.Error(NoLineTraceMessage(name));
         return trace != nullptr;
     };
     if (!lookUp(compressionalTrace, inputs.compressional) || !lookUp(shearTrace, inputs.shear) ||
@@ -314,17 +288,11 @@ bool CMechanicalProperties::OnOk(CBoreAnalystDoc& doc, IMessageSink& sink)
 
     // Every output follows the document's first trace in depth unit and depth scale; the
     // traces join the document before the pass fills them.
-    const bool empty = doc.TraceCount() == 0;
-    const std::int32_t depthUnit = empty ? kEmptyDocumentDepthUnit : doc.Trace(0).DepthUnit();
-    const float verticalScale = empty ? kEmptyDocumentVerticalScale : doc.Trace(0).VerticalScale();
     const std::vector<MechanicalProperty> properties = RequestedProperties(outputs);
     std::vector<CLineTrace*> traces;
     for (const MechanicalProperty property : properties) {
-        auto trace = std::make_unique<CLineTrace>(1, kPenSolid, 0, 0.0f, 100.0f,
-                                                  std::string(PropertyTraceName(property)),
-                                                  std::string(PropertyTraceUnits(property)));
-        trace->SetDepthUnit(depthUnit);
-        trace->SetVerticalScale(verticalScale);
+        auto trace = MakeDerivedLineTrace(doc, 0.0f, 100.0f, std::string(PropertyTraceName(property)),
+                                          std::string(PropertyTraceUnits(property)));
         traces.push_back(static_cast<CLineTrace*>(&doc.AddTrace(std::move(trace))));
     }
     ComputeMechanicalProperties(inputs, properties, traces);

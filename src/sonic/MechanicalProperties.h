@@ -88,8 +88,7 @@ void ComputeMechanicalProperties(const MechanicalInputs& inputs, std::span<const
 
 class CMechanicalProperties {
 public:
-    // The names offered by the three trace lists: every line trace of `doc`, in document order.
-    static std::vector<std::string> LineTraceNames(const CBoreAnalystDoc& doc);
+    // The three trace lists offer LineTraceNames(doc) (model/DerivedLineTraces.h).
 
     // An empty name means no trace is selected in that list.
     std::string compressionalTrace;

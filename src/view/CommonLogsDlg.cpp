@@ -2,6 +2,7 @@
 
 #include "evaluation/EquationCatalogue.h"
 #include "model/BoreAnalystDoc.h"
+#include "model/DerivedLineTraces.h"
 #include "repository/RepositoryPath.h"
 
 #include <QCheckBox>
@@ -98,7 +99,7 @@ QWidget* CCommonLogsDlg::MakeLogsBox()
 {
     auto* box = new QGroupBox(tr("Input logs"), this);
     auto* form = new QFormLayout(box);
-    const std::vector<std::string> names = CCommonLogs::LineTraceNames(m_doc);
+    const std::vector<std::string> names = LineTraceNames(m_doc);
     for (std::size_t slot = 0; slot < kEquationLogSlots; ++slot) {
         auto* combo = new QComboBox(box);
         combo->setObjectName(QStringLiteral("log%1").arg(slot + 1));

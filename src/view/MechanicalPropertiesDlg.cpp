@@ -1,6 +1,7 @@
 #include "view/MechanicalPropertiesDlg.h"
 
 #include "model/BoreAnalystDoc.h"
+#include "model/DerivedLineTraces.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -92,7 +93,7 @@ QComboBox* CMechanicalPropertiesDlg::MakeTraceCombo(const char* objectName)
     auto* combo = new QComboBox(this);
     combo->setObjectName(objectName);
     combo->addItem(QString()); // no trace
-    for (const std::string& name : CMechanicalProperties::LineTraceNames(m_doc)) {
+    for (const std::string& name : LineTraceNames(m_doc)) {
         combo->addItem(QString::fromStdString(name));
     }
     combo->setCurrentIndex(-1);

@@ -3,6 +3,7 @@
 // trace the sheet has hidden.
 
 #include "AppTestSupport.h"
+#include "DialogDriving.h"
 
 #include "app/DocumentWindow.h"
 #include "app/MainFrame.h"
@@ -33,28 +34,7 @@ using namespace ba::test;
 
 namespace {
 
-QStringList Items(const QComboBox& combo)
-{
-    QStringList items;
-    for (int i = 0; i < combo.count(); ++i) items << combo.itemText(i);
-    return items;
-}
-
 CLineTrace& LineTrace(CBoreAnalystDoc& doc, std::size_t i) { return dynamic_cast<CLineTrace&>(doc.Trace(i)); }
-
-// Runs `drive` on the modal dialog of type T as soon as the frame opens it.
-template <typename T>
-void WhenDialogOpens(std::function<void(T&)> drive)
-{
-    QTimer::singleShot(0, [drive] {
-        auto* dialog = qobject_cast<T*>(QApplication::activeModalWidget());
-        if (!dialog) {
-            QFAIL("the expected dialog did not open");
-            return;
-        }
-        drive(*dialog);
-    });
-}
 
 // Whether any pixel of `area` (clipped to the image) has `colour`.
 bool AreaHasColour(const QImage& image, const QRectF& area, QRgb colour)
@@ -87,7 +67,7 @@ private slots:
         QCOMPARE(dialog.UnitsEdit()->text(), QStringLiteral("API"));
         QCOMPARE(dialog.ScaleLeftEdit()->value(), -5.0);
         QCOMPARE(dialog.ScaleRightEdit()->value(), 150.0);
-        QCOMPARE(Items(*dialog.TrackCombo()), QStringList({"Left Track", "Right Track", "RLeft Track", "RRight Track"}));
+        QCOMPARE(ComboItems(*dialog.TrackCombo()), QStringList({"Left Track", "Right Track", "RLeft Track", "RRight Track"}));
         QCOMPARE(dialog.TrackCombo()->currentIndex(), 0);
         QCOMPARE(dialog.PenWidthEdit()->value(), 2);
         QCOMPARE(dialog.PenStyleCombo()->currentText(), QStringLiteral("Dot"));
@@ -173,12 +153,12 @@ private slots:
         AddLineTrace(*doc, "VEL", "FEET/SECOND", {{1.0f, 1000.0f}, {2.0f, 2500.0f}, {3.0f, kNullValue}});
         CollectingMessageSink sink;
         CUnitConversionDlg dialog(*doc, sink);
-        QCOMPARE(Items(*dialog.TraceCombo()), QStringList({"GR", "VEL"}));
+        QCOMPARE(ComboItems(*dialog.TraceCombo()), QStringList({"GR", "VEL"}));
         QCOMPARE(dialog.StatusLabel()->text(), QStringLiteral("Units: Unknown; Type: Unknown"));
 
         dialog.TraceCombo()->setCurrentIndex(1);
         QCOMPARE(dialog.StatusLabel()->text(), QStringLiteral("Units: ft/s; Type: Velocity-Slowness"));
-        QCOMPARE(Items(*dialog.NewUnitsCombo()), QStringList({"ft/s", "m/s", "ft/min", "m/min", "us/ft", "us/m"}));
+        QCOMPARE(ComboItems(*dialog.NewUnitsCombo()), QStringList({"ft/s", "m/s", "ft/min", "m/min", "us/ft", "us/m"}));
         QCOMPARE(dialog.NewUnitsCombo()->currentIndex(), -1);
 
         dialog.NewUnitsCombo()->setCurrentIndex(1);
@@ -228,7 +208,7 @@ private slots:
         CollectingMessageSink sink;
         CMainFrame frame(RecordingServices(sink));
         CDocumentWindow* window = frame.AddDocument(MakeTwoTraceDocument());
-        WhenDialogOpens<CUnitConversionDlg>([](CUnitConversionDlg& dialog) {
+        WhenModalDialogOpens<CUnitConversionDlg>([](CUnitConversionDlg& dialog) {
             dialog.TraceCombo()->setCurrentIndex(0);
             dialog.accept(); // no new unit chosen: refused, stays open
             dialog.reject();
@@ -290,7 +270,7 @@ private slots:
         CollectingMessageSink sink;
         CMainFrame frame(RecordingServices(sink));
         CDocumentWindow* window = frame.AddDocument(MakeTwoTraceDocument());
-        WhenDialogOpens<CTracePropertiesDlg>([](CTracePropertiesDlg& dialog) {
+        WhenModalDialogOpens<CTracePropertiesDlg>([](CTracePropertiesDlg& dialog) {
             dialog.NameEdit()->setText("RT");
             dialog.accept();
         });

@@ -3,6 +3,7 @@
 // remembers the settings in the settings file of the platform store.
 
 #include "AppTestSupport.h"
+#include "DialogDriving.h"
 
 #include "app/DocumentWindow.h"
 #include "app/MainFrame.h"
@@ -53,19 +54,6 @@ void MoveMouse(QWidget& widget, QPointF at)
 {
     QMouseEvent move(QEvent::MouseMove, at, widget.mapToGlobal(at), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
     QApplication::sendEvent(&widget, &move);
-}
-
-template <typename T>
-void WhenDialogOpens(std::function<void(T&)> drive)
-{
-    QTimer::singleShot(0, [drive] {
-        auto* dialog = qobject_cast<T*>(QApplication::activeModalWidget());
-        if (!dialog) {
-            QFAIL("the expected dialog did not open");
-            return;
-        }
-        drive(*dialog);
-    });
 }
 
 // Points the platform settings store at a file of the test's own.
@@ -230,7 +218,7 @@ private slots:
         CMainFrame frame(RecordingServices(sink));
         frame.AddDocument(withSpectrum ? MakeSpectralDocument() : MakeTwoTraceDocument());
         bool stayedOpen = false;
-        WhenDialogOpens<CSpectralDlg>([&](CSpectralDlg& dialog) {
+        WhenModalDialogOpens<CSpectralDlg>([&](CSpectralDlg& dialog) {
             dialog.LogPlotCheck()->setChecked(logPlot);
             dialog.PlottingScaleEdit()->setValue(plottingScale);
             dialog.TimeSumEdit()->setValue(12.5);
@@ -252,7 +240,7 @@ private slots:
         QCOMPARE(settings.Read("TimeSum"), std::optional<std::string>("12.5"));
 
         // The next opening starts from what was remembered.
-        WhenDialogOpens<CSpectralDlg>([&](CSpectralDlg& dialog) {
+        WhenModalDialogOpens<CSpectralDlg>([&](CSpectralDlg& dialog) {
             QCOMPARE(dialog.LogPlotCheck()->isChecked(), logPlot);
             QCOMPARE(dialog.PlottingScaleEdit()->value(), plottingScale);
             QCOMPARE(dialog.TimeSumEdit()->value(), 12.5);
