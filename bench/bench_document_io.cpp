@@ -13,7 +13,7 @@
 #include "BenchSupport.h"
 #include "BenchTiming.h"
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/LineTrace.h"
 

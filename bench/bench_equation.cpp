@@ -11,7 +11,7 @@
 #include "BenchSupport.h"
 #include "BenchTiming.h"
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "evaluation/CommonLogs.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/LineTrace.h"
@@ -160,7 +160,7 @@ int main(int argc, char** argv)
             },
             [&](const ba::CLineTrace* trace) {
                 if (trace == nullptr || trace->SampleCount() != kSamples) Fail("OK did not derive the whole log");
-                doc.RemoveTrace(doc.TraceCount() - 1);
+                doc.Undo(); // back to the inputs for the next run
             });
         PrintRate("3 Archie (R, Rw), OK", s, kSamples);
     }

@@ -14,10 +14,10 @@
 #include "BenchSupport.h"
 #include "BenchTiming.h"
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "io/AutomationRecorder.h"
 #include "io/LasExport.h"
-#include "io/LineTraceCursor.h"
+#include "model/LineTraceCursor.h"
 #include "io/TextExport.h"
 #include "io/WellCadExport.h"
 #include "model/BoreAnalystDoc.h"

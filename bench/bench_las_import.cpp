@@ -16,7 +16,7 @@
 #include "BenchSupport.h"
 #include "BenchTiming.h"
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "io/LasImport.h"
 #include "model/BoreAnalystDoc.h"
 

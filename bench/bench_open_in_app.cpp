@@ -12,7 +12,7 @@
 
 #include "app/DocumentWindow.h"
 #include "app/MainFrame.h"
-#include "io/FileIO.h"
+#include "base/FileIO.h"
 #include "model/BoreAnalystDoc.h"
 #include "view/LogPlotView.h"
 

@@ -16,7 +16,7 @@
 #include "BenchSupport.h"
 #include "BenchTiming.h"
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/SonicTrace.h"
 #include "sonic/RawDataImport.h"

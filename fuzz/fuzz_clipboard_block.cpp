@@ -7,7 +7,7 @@
 // read back, and copying the pasted traces must give a block that pastes again to the same
 // traces.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/Archive.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/LineTrace.h"

@@ -7,7 +7,7 @@
 // exactly the same bytes (the first save may normalise, e.g. text the code page cannot
 // hold, but a second one must change nothing).
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/Archive.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/LineTrace.h"

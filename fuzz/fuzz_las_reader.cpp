@@ -9,7 +9,7 @@
 // - reading the same bytes in tiny chunks (every line end, UTF-16 unit and surrogate pair
 //   cut apart) gives the same messages and the same samples, bit for bit.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "io/LasCurveNames.h"
 #include "io/LasImport.h"
 #include "model/Archive.h"

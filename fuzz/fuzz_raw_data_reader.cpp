@@ -10,7 +10,7 @@
 // - the document saves and reads back;
 // - reading the same bytes in pieces of a few bytes gives the same document and messages.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/Archive.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/SonicTrace.h"

@@ -7,8 +7,8 @@
 //
 //   make_document_seeds OUTPUT_DIRECTORY
 
-#include "app/MessageSink.h"
-#include "io/FileIO.h"
+#include "base/MessageSink.h"
+#include "base/FileIO.h"
 #include "model/Archive.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/LineTrace.h"

@@ -2,12 +2,12 @@
 # same code as the program; the executable adds only the start-up.
 add_library(boreanalyst_shell STATIC
   ${CMAKE_CURRENT_SOURCE_DIR}/DocumentWindow.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/HistoryPanel.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/MainFrame.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/MainFrameCommands.cpp
-  ${CMAKE_CURRENT_SOURCE_DIR}/PlotExport.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/TraceClipboardBridge.cpp
 )
-target_include_directories(boreanalyst_shell PUBLIC ${PROJECT_SOURCE_DIR}/src)
+ba_expose_layer(boreanalyst_shell app)
 target_link_libraries(boreanalyst_shell PUBLIC boreanalyst_view)
 ba_set_warnings(boreanalyst_shell)
 

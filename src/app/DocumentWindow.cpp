@@ -27,6 +27,7 @@ void CDocumentWindow::DocumentChanged()
 {
     setWindowTitle(TitleText());
     m_view->DocumentChanged();
+    emit documentChanged();
 }
 
 void CDocumentWindow::closeEvent(QCloseEvent* event)

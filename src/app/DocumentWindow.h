@@ -25,9 +25,12 @@ public:
     // Asked when the window is about to close; false keeps it open.
     void SetCloseGuard(std::function<bool(CDocumentWindow&)> guard) { m_closeGuard = std::move(guard); }
 
-    // Refreshes the title and the view after the document changed.
+    // Refreshes the title and the view after the document changed, then says so.
     void DocumentChanged();
     QString TitleText() const;
+
+signals:
+    void documentChanged();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

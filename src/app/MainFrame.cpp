@@ -1,6 +1,7 @@
 #include "app/MainFrame.h"
 
 #include "app/DocumentWindow.h"
+#include "app/HistoryPanel.h"
 #include "app/TraceClipboardBridge.h"
 #include "view/LogPlotView.h"
 #include "view/MessageBoxSink.h"
@@ -65,6 +66,9 @@ CMainFrame::CMainFrame(ShellServices services, QWidget* parent)
     statusBar()->addPermanentWidget(m_depthLabel);
     statusBar()->addPermanentWidget(m_valueLabel);
 
+    m_history = new CHistoryPanel(this);
+    addDockWidget(Qt::RightDockWidgetArea, m_history);
+
     CreateActions();
     CreateMenus();
     // Paste follows what the clipboard holds, whichever program put it there.
@@ -127,6 +131,7 @@ CDocumentWindow* CMainFrame::AddDocument(std::unique_ptr<CBoreAnalystDoc> doc)
     connect(&view, &CLogPlotView::readoutChanged, this, &CMainFrame::ShowReadout);
     connect(&view, &CLogPlotView::selectionChanged, this, &CMainFrame::UpdateActions);
     connect(&view, &CLogPlotView::traceActivated, this, [this](CTrace* trace) { EditTraceProperties(*trace); });
+    connect(window, &CDocumentWindow::documentChanged, this, [this] { UpdateActions(); });
     connect(window, &QObject::destroyed, this, [this] { UpdateActions(); });
     m_area->addSubWindow(window);
     window->show();
@@ -150,7 +155,6 @@ CDocumentWindow* CMainFrame::OpenOrImport(const QString& path)
         CDocumentWindow* window = NewDocument();
         if (!ImportLasFile(path)) {
             // Nothing was added: the fresh document is not kept.
-            window->Document().SetModified(false);
             window->close();
             return nullptr;
         }
@@ -267,6 +271,10 @@ void CMainFrame::CreateActions()
     a.print = make(tr("&Print..."), QKeySequence::Print, kNoIcon, &CMainFrame::OnPrint);
     a.printPreview = make(tr("Print Pre&view..."), QKeySequence(), kNoIcon, &CMainFrame::OnPrintPreview);
     a.exit = make(tr("E&xit"), QKeySequence::Quit, kNoIcon, [this] { close(); });
+    a.undo = make(tr("&Undo"), QKeySequence::Undo, kNoIcon, [this] { UndoChange(); });
+    a.redo = make(tr("&Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), kNoIcon, [this] { RedoChange(); });
+    a.showHistory = m_history->toggleViewAction();
+    a.showHistory->setText(tr("&History"));
     a.cut = make(tr("Cu&t"), QKeySequence::Cut, kNoIcon, [this] { CutSelectedTraces(); });
     a.copy = make(tr("&Copy"), QKeySequence::Copy, kNoIcon, [this] { CopySelectedTraces(); });
     a.paste = make(tr("&Paste"), QKeySequence::Paste, kNoIcon, [this] { PasteClipboardTraces(); });
@@ -281,6 +289,16 @@ void CMainFrame::CreateActions()
     a.mechanicalProperties =
         make(tr("&Mechanical Properties..."), QKeySequence(), kNoIcon, [this] { ComputeMechanicalProperties(); });
     a.commonLogs = make(tr("&Common Logs..."), QKeySequence(), kNoIcon, [this] { DeriveCommonLog(); });
+    a.formulaLog = make(tr("&Formula Log..."), QKeySequence(), kNoIcon, [this] { DeriveFormulaLog(); });
+    // Edit > Trace Utilities, in the order of kTraceUtilities.
+    constexpr std::array<const char*, kTraceUtilities.size()> kTraceUtilityTexts = {
+        "Create...", "Edit...", "Depth Shift...", "Resample...", "Filter...",
+        "Despike...", "Clip...", "Cut...",        "Splice..."};
+    for (std::size_t i = 0; i < kTraceUtilities.size(); ++i) {
+        const TraceUtility utility = kTraceUtilities[i];
+        a.traceUtilities[i] =
+            make(tr(kTraceUtilityTexts[i]), QKeySequence(), kNoIcon, [this, utility] { RunTraceUtility(utility); });
+    }
     a.about = make(tr("&About BoreAnalyst..."), QKeySequence(), kNoIcon, &CMainFrame::OnAbout);
 }
 
@@ -300,13 +318,18 @@ void CMainFrame::CreateMenus()
     file->addAction(a.exit);
 
     QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    edit->addActions({a.undo, a.redo, a.showHistory});
+    edit->addSeparator();
     edit->addActions({a.cut, a.copy, a.paste});
     edit->addSeparator();
     edit->addAction(a.deleteTrace);
+    edit->addSeparator();
+    QMenu* utilities = edit->addMenu(tr("Trace Uti&lities"));
+    for (QAction* action : a.traceUtilities) utilities->addAction(action);
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addActions({a.zoomIn, a.zoomOut, a.goToDepth});
     menuBar()->addMenu(tr("&Process"))
-        ->addActions({a.unitConversion, a.spectralProcessing, a.mechanicalProperties, a.commonLogs});
+        ->addActions({a.unitConversion, a.spectralProcessing, a.mechanicalProperties, a.commonLogs, a.formulaLog});
     menuBar()->addMenu(tr("&Help"))->addAction(a.about);
 
     QToolBar* tools = addToolBar(tr("Standard"));
@@ -316,6 +339,36 @@ void CMainFrame::CreateMenus()
     tools->addActions({a.deleteTrace, a.zoomIn, a.zoomOut});
 }
 
+QString CMainFrame::UndoText() const
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window || !window->Document().CanUndo()) return tr("&Undo");
+    return tr("&Undo %1").arg(QString::fromStdString(window->Document().History().UndoDescription()));
+}
+
+QString CMainFrame::RedoText() const
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window || !window->Document().CanRedo()) return tr("&Redo");
+    return tr("&Redo %1").arg(QString::fromStdString(window->Document().History().RedoDescription()));
+}
+
+bool CMainFrame::UndoChange()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window || !window->Document().CanUndo()) return false;
+    window->Document().Undo();
+    return true;
+}
+
+bool CMainFrame::RedoChange()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window || !window->Document().CanRedo()) return false;
+    window->Document().Redo();
+    return true;
+}
+
 void CMainFrame::UpdateActions()
 {
     CDocumentWindow* window = ActiveDocumentWindow();
@@ -323,9 +376,15 @@ void CMainFrame::UpdateActions()
     auto& a = m_actions;
     for (QAction* action : {a.save, a.saveAs, a.exportLas, a.exportText, a.exportImage, a.exportWellCad, a.exportPlot,
                             a.print, a.printPreview, a.zoomIn, a.zoomOut, a.goToDepth, a.unitConversion,
-                            a.spectralProcessing, a.mechanicalProperties, a.commonLogs}) {
+                            a.spectralProcessing, a.mechanicalProperties, a.commonLogs, a.formulaLog}) {
         action->setEnabled(hasDoc);
     }
+    for (QAction* action : a.traceUtilities) action->setEnabled(hasDoc);
+    a.undo->setEnabled(hasDoc && window->Document().CanUndo());
+    a.redo->setEnabled(hasDoc && window->Document().CanRedo());
+    a.undo->setText(UndoText());
+    a.redo->setText(RedoText());
+    m_history->ShowDocument(hasDoc ? &window->Document() : nullptr);
     const bool hasSelection = hasDoc && !window->View().SelectedTraces().empty();
     for (QAction* action : {a.cut, a.copy, a.deleteTrace}) action->setEnabled(hasSelection);
     a.paste->setEnabled(hasDoc && HasTraceBlock(QApplication::clipboard()->mimeData()));

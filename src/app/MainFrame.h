@@ -7,10 +7,12 @@
 // menu (after a file dialog), from the command line, from a drop, and from tests.
 
 #include "app/ShellServices.h"
+#include "utilities/TraceUtilityForms.h"
 
 #include <QMainWindow>
 #include <QStringList>
 
+#include <array>
 #include <filesystem>
 #include <memory>
 #include <string_view>
@@ -25,6 +27,7 @@ namespace ba {
 
 class CBoreAnalystDoc;
 class CDocumentWindow;
+class CHistoryPanel;
 class CMessageBoxSink;
 class CTrace;
 
@@ -74,7 +77,15 @@ public:
     void PrintTo(QPrinter& printer);
 
     // --- Edit, View, Process
-    bool DeleteSelectedTraces();
+    // Undo and redo the active document's newest change; false when there is none.
+    bool UndoChange();
+    bool RedoChange();
+    CHistoryPanel& HistoryPanel() const { return *m_history; }
+    // The Edit menu's texts: "Undo <what>" / "Redo <what>".
+    QString UndoText() const;
+    QString RedoText() const;
+    // Removes the selected traces as one change described as `what` ("Delete" when empty).
+    bool DeleteSelectedTraces(const QString& what = QString());
     // Puts the selected traces of the active document on the clipboard, in document order.
     bool CopySelectedTraces();
     // Copies the selected traces, then deletes them; nothing is deleted when the copy fails.
@@ -94,6 +105,11 @@ public:
     bool ComputeMechanicalProperties();
     // The common-logs dialog over the active document; true when OK added the derived log.
     bool DeriveCommonLog();
+    // The formula-log dialog over the active document; true when OK added the computed log.
+    bool DeriveFormulaLog();
+    // The dialog of a trace utility over the active document, starting from the first
+    // trace selected in its view; true when OK applied the utility's change.
+    bool RunTraceUtility(TraceUtility utility);
 
     // The default file name of a save dialog for the active document: its title and `suffix`.
     QString DefaultFileName(const QString& suffix) const;
@@ -138,6 +154,7 @@ private:
     QLabel* m_depthLabel = nullptr;
     QLabel* m_valueLabel = nullptr;
     QMenu* m_recentMenu = nullptr;
+    CHistoryPanel* m_history = nullptr;
     int m_untitledCount = 0;
 
     struct Actions {
@@ -155,6 +172,9 @@ private:
         QAction* print = nullptr;
         QAction* printPreview = nullptr;
         QAction* exit = nullptr;
+        QAction* undo = nullptr;
+        QAction* redo = nullptr;
+        QAction* showHistory = nullptr;
         QAction* cut = nullptr;
         QAction* copy = nullptr;
         QAction* paste = nullptr;
@@ -166,6 +186,8 @@ private:
         QAction* spectralProcessing = nullptr;
         QAction* mechanicalProperties = nullptr;
         QAction* commonLogs = nullptr;
+        QAction* formulaLog = nullptr;
+        std::array<QAction*, kTraceUtilities.size()> traceUtilities{}; // in the order of kTraceUtilities
         QAction* about = nullptr;
     } m_actions;
 };

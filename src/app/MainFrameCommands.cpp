@@ -3,26 +3,30 @@
 #include "app/MainFrame.h"
 
 #include "app/DocumentWindow.h"
-#include "app/PlotExport.h"
-#include "app/SettingsStore.h"
+#include "settings/SettingsStore.h"
 #include "app/TraceClipboardBridge.h"
+#include "base/LicenceCheck.h"
 #include "io/Automation.h"
 #include "io/ImageExport.h"
 #include "io/LasExport.h"
 #include "io/LasImport.h"
 #include "io/TextExport.h"
 #include "io/WellCadExport.h"
+#include "model/DocumentChanges.h"
 #include "model/LineTrace.h"
 #include "model/SonicTrace.h"
 #include "model/TraceClipboard.h"
 #include "sonic/RawDataImport.h"
 #include "view/CommonLogsDlg.h"
+#include "view/FormulaLogDlg.h"
 #include "view/GoToDepthDlg.h"
 #include "view/LogPlotView.h"
 #include "view/MechanicalPropertiesDlg.h"
+#include "view/PlotFileExport.h"
 #include "view/SonicPropertiesDlg.h"
 #include "view/SpectralDlg.h"
 #include "view/TracePropertiesDlg.h"
+#include "view/TraceUtilityDlg.h"
 #include "view/UnitConversionDlg.h"
 
 #include <QApplication>
@@ -140,10 +144,16 @@ bool CMainFrame::SaveDocument(CDocumentWindow& window)
 
 bool CMainFrame::SaveDocumentAs(CDocumentWindow& window, const QString& path)
 {
-    const SaveOutcome outcome = window.Document().OnSaveDocument(ToPath(path), *m_sink, Licence());
+    if (!SavingAllowed(Licence(), *m_sink)) {
+        // A refusal counts as handled: the message has been shown; the document keeps its
+        // unsaved changes but takes the name it was to be saved under.
+        window.Document().SetPathName(ToPath(path));
+        window.DocumentChanged();
+        return true;
+    }
+    const SaveOutcome outcome = window.Document().OnSaveDocument(ToPath(path), *m_sink);
     window.DocumentChanged();
     if (outcome == SaveOutcome::Written) AddRecentFile(path);
-    // A refusal by the licence check counts as handled: the message has been shown.
     return outcome != SaveOutcome::Failed;
 }
 
@@ -156,8 +166,6 @@ bool CMainFrame::ImportLasFile(const QString& path)
     QApplication::restoreOverrideCursor();
     if (!result.imported) return false;
     window->View().SetTopDepth(result.viewTopDepth);
-    window->Document().SetModified();
-    window->Document().UpdateAllViews();
     return true;
 }
 
@@ -182,16 +190,11 @@ bool CMainFrame::ImportRawDataFile(const QString& path)
     const RawDataImportResult result = ImportRawData(doc, ToPath(path), *m_sink, options);
     progress.reset();
     if (result.tracesAdded == 0) {
-        if (freshDocument) {
-            // Nothing was added: the fresh document is not kept.
-            doc.SetModified(false);
-            window->close();
-        }
+        // Nothing was added: the fresh document is not kept.
+        if (freshDocument) window->close();
         return false;
     }
     if (freshDocument) window->View().SetTopDepth(doc.Trace(doc.TraceCount() - result.tracesAdded).FirstDepth());
-    doc.SetModified();
-    doc.UpdateAllViews();
     UpdateActions();
     return true;
 }
@@ -240,12 +243,12 @@ bool CMainFrame::ExportPlotFile(const QString& path)
 {
     CDocumentWindow* window = ActiveDocumentWindow();
     if (!window) return false;
+    const std::optional<PlotFileFormat> format = PlotFileFormatOf(ToPath(path), *m_sink);
+    if (!format) return false;
+    const CBoreAnalystDoc& doc = window->Document();
     const CLogPlotView& view = window->View();
-    const PlotViewport viewport = PlotExtentViewport(window->Document(), view.TopDepth(), view.VerticalScale());
-    if (QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) == 0) {
-        return WritePlotPdf(window->Document(), viewport, path, *m_sink);
-    }
-    return WritePlotPng(window->Document(), viewport, path, *m_sink);
+    const PlotFilePage page{view.TopDepth(), view.VerticalScale(), QSize(doc.PlotWidth(), doc.PlotHeight())};
+    return WritePlotFile(doc, page, ToPath(path), *format, *m_sink);
 }
 
 void CMainFrame::PrintTo(QPrinter& printer)
@@ -262,18 +265,20 @@ void CMainFrame::PrintTo(QPrinter& printer)
 
 // --- Edit, View, Process
 
-bool CMainFrame::DeleteSelectedTraces()
+bool CMainFrame::DeleteSelectedTraces(const QString& what)
 {
     CDocumentWindow* window = ActiveDocumentWindow();
     if (!window || window->View().SelectedTraces().empty()) return false;
     CBoreAnalystDoc& doc = window->Document();
     const auto selected = window->View().SelectedTraces();
-    // From the end, so the indexes still to visit stay valid.
-    for (std::size_t i = doc.TraceCount(); i-- > 0;) {
-        if (selected.count(&doc.Trace(i))) doc.RemoveTrace(i);
+    std::vector<std::size_t> indices;
+    for (std::size_t i = 0; i < doc.TraceCount(); ++i) {
+        if (selected.count(&doc.Trace(i))) indices.push_back(i);
     }
-    doc.SetModified();
-    doc.UpdateAllViews();
+    const std::string description = (what.isEmpty() ? tr("Delete") : what).toStdString() + " " +
+                                    (indices.size() == 1 ? doc.Trace(indices.front()).Name()
+                                                         : std::to_string(indices.size()) + " Traces");
+    doc.Apply(MakeRemoveTracesChange(description, std::move(indices)));
     UpdateActions();
     return true;
 }
@@ -297,7 +302,7 @@ bool CMainFrame::CopySelectedTraces()
     return true;
 }
 
-bool CMainFrame::CutSelectedTraces() { return CopySelectedTraces() && DeleteSelectedTraces(); }
+bool CMainFrame::CutSelectedTraces() { return CopySelectedTraces() && DeleteSelectedTraces(tr("Cut")); }
 
 bool CMainFrame::PasteClipboardTraces()
 {
@@ -381,6 +386,26 @@ bool CMainFrame::DeriveCommonLog()
     CDocumentWindow* window = ActiveDocumentWindow();
     if (!window) return false;
     CCommonLogsDlg dialog(window->Document(), *m_sink, this);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool CMainFrame::DeriveFormulaLog()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return false;
+    CFormulaLogDlg dialog(window->Document(), *m_sink, this);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool CMainFrame::RunTraceUtility(TraceUtility utility)
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window) return false;
+    CBoreAnalystDoc& doc = window->Document();
+    std::optional<std::size_t> selected;
+    const std::vector<const CTrace*> traces = SelectedInDocumentOrder(*window);
+    if (!traces.empty()) selected = static_cast<std::size_t>(doc.IndexOfTrace(*traces.front()));
+    CTraceUtilityDlg dialog(doc, utility, *m_sink, selected, this);
     return dialog.exec() == QDialog::Accepted;
 }
 

@@ -4,8 +4,8 @@
 // uses message boxes and file dialogs; tests put recorders and fixed answers in their
 // place, so no window ever blocks a test.
 
-#include "app/LicenceCheck.h"
-#include "app/MessageSink.h"
+#include "base/LicenceCheck.h"
+#include "base/MessageSink.h"
 
 #include <QMessageBox>
 #include <QString>

@@ -4,10 +4,10 @@
 
 #include "app/DocumentWindow.h"
 #include "app/MainFrame.h"
-#include "app/PlotExport.h"
 #include "io/LasImport.h"
 #include "model/BoreAnalystDoc.h"
 #include "view/LogPlotView.h"
+#include "view/PlotFileExport.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -64,9 +64,11 @@ int RenderDemo(const QStringList& files, const QString& pngPath, const StartView
     }
     auto doc = LoadForDemo(files.constFirst(), sink);
     if (!doc) return EXIT_FAILURE;
-    const ba::PlotViewport viewport = ba::PlotExtentViewport(*doc, start.topDepth.value_or(ba::LasViewTopDepth(*doc)),
-                                                             start.verticalScale.value_or(doc->VerticalScale()));
-    if (!ba::WritePlotPng(*doc, viewport, pngPath, sink)) return EXIT_FAILURE;
+    const ba::PlotFilePage page{start.topDepth.value_or(ba::LasViewTopDepth(*doc)),
+                                start.verticalScale.value_or(doc->VerticalScale()),
+                                QSize(doc->PlotWidth(), doc->PlotHeight())};
+    const std::filesystem::path png(pngPath.toStdU16String());
+    if (!ba::WritePlotFile(*doc, page, png, ba::PlotFileFormat::Png, sink)) return EXIT_FAILURE;
     std::cout << "No display available: wrote the log plot of " << files.constFirst().toStdString() << " to "
               << pngPath.toStdString() << '\n';
     return EXIT_SUCCESS;

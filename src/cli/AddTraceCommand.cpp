@@ -6,7 +6,8 @@
 #include "cli/OptionParsers.h"
 #include "cli/SamplesCsv.h"
 #include "cli/TextFields.h"
-#include "io/FileIO.h"
+#include "base/FileIO.h"
+#include "model/DocumentChanges.h"
 
 #include <memory>
 #include <string_view>
@@ -85,7 +86,9 @@ void RunAddTrace(const AddTraceOptions& options, CommandContext& context)
     trace->SetDepthUnit(options.depthUnit);
     trace->StoredDepths().Assign(csv.depths);
     trace->Values().Assign(csv.values);
-    doc->AddTrace(std::move(trace));
+    std::vector<std::unique_ptr<CTrace>> traces;
+    traces.push_back(std::move(trace));
+    doc->Apply(MakeAddTracesChange("Add " + options.name, std::move(traces)));
     SaveOrFail(*doc, options.output, context.sink);
 }
 

@@ -2,7 +2,7 @@
 // What every subcommand shares: how it is registered with the command line, where its
 // output and messages go, and how it stops with an exit status.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 
 #include <CLI/CLI.hpp>
 
@@ -64,5 +64,15 @@ Command AddSpectrumCommand(CLI::App& app);
 Command AddRepositoryCommand(CLI::App& app);
 Command AddMechanicalCommand(CLI::App& app);
 Command AddEquationCommand(CLI::App& app);
+Command AddFormulaCommand(CLI::App& app);
+Command AddCreateCommand(CLI::App& app);
+Command AddEditCommand(CLI::App& app);
+Command AddFilterCommand(CLI::App& app);
+Command AddDespikeCommand(CLI::App& app);
+Command AddClipCommand(CLI::App& app);
+Command AddCutCommand(CLI::App& app);
+Command AddDepthShiftCommand(CLI::App& app);
+Command AddResampleCommand(CLI::App& app);
+Command AddSpliceCommand(CLI::App& app);
 
 } // namespace ba::cli

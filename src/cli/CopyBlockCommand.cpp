@@ -2,7 +2,7 @@
 
 #include "cli/Command.h"
 #include "cli/DocumentAccess.h"
-#include "io/FileIO.h"
+#include "base/FileIO.h"
 #include "model/TraceClipboard.h"
 
 #include <memory>

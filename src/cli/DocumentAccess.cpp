@@ -3,6 +3,8 @@
 #include "cli/Command.h"
 #include "cli/NumberText.h"
 
+#include "base/LicenceCheck.h"
+
 namespace ba::cli {
 namespace {
 
@@ -19,8 +21,9 @@ std::unique_ptr<CBoreAnalystDoc> OpenOrFail(const std::string& path, IMessageSin
 
 void SaveOrFail(CBoreAnalystDoc& doc, const std::string& path, IMessageSink& sink)
 {
-    doc.SetModified(true);
-    if (doc.OnSaveDocument(path, sink) != SaveOutcome::Written) throw CommandFailure(kExitFailure, {});
+    if (!SavingAllowed(DefaultLicenceCheck(), sink) || doc.OnSaveDocument(path, sink) != SaveOutcome::Written) {
+        throw CommandFailure(kExitFailure, {});
+    }
 }
 
 std::size_t ResolveTrace(const CBoreAnalystDoc& doc, std::string_view ref, const std::string& docPath)

@@ -15,8 +15,8 @@ namespace ba::cli {
 
 std::unique_ptr<CBoreAnalystDoc> OpenOrFail(const std::string& path, IMessageSink& sink);
 
-// Marks the document modified and saves it to `path`; anything but a completed write is a
-// failure.
+// Saves the document to `path` when the licence check allows it; anything but a completed
+// write is a failure.
 void SaveOrFail(CBoreAnalystDoc& doc, const std::string& path, IMessageSink& sink);
 
 // The trace index that `ref` names: "#N" is trace index N (from 0); anything else is a

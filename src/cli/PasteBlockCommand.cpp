@@ -4,7 +4,7 @@
 #include "cli/Command.h"
 #include "cli/DocumentAccess.h"
 #include "cli/JsonFormat.h"
-#include "io/FileIO.h"
+#include "base/FileIO.h"
 #include "model/TraceClipboard.h"
 
 #include <memory>

@@ -5,27 +5,21 @@
 #include "cli/DocumentAccess.h"
 #include "cli/OptionParsers.h"
 #include "view/LogPlotRenderer.h"
+#include "view/PlotFileExport.h"
 #include "view/PlotText.h"
 
 #include <QGuiApplication>
-#include <QImage>
-#include <QPageSize>
-#include <QPainter>
-#include <QPdfWriter>
-#include <QSaveFile>
 
 #include <cmath>
 #include <filesystem>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace ba::cli {
 namespace {
 
-constexpr int kScreenDotsPerInch = 96;
-constexpr int kPdfDotsPerInch = 600;
-constexpr double kCentimetresPerInch = 2.54;
 constexpr int kSmallestSide = 16;
 constexpr int kLargestSide = 20000;
 
@@ -40,19 +34,7 @@ struct PlotOptions {
     int height = 1100;
 };
 
-enum class PlotFormat { Png, Pdf };
-
 std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
-
-PlotFormat FormatOf(const std::string& output)
-{
-    std::string extension = std::filesystem::path(output).extension().string();
-    for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    if (extension == ".png") return PlotFormat::Png;
-    if (extension == ".pdf") return PlotFormat::Pdf;
-    throw CommandFailure(kExitUsage, "Error: cannot tell the format of " + Quoted(output) +
-                                         ": the output name must end in .png or .pdf.");
-}
 
 // The plot starts at the document's smallest depth rounded down to a multiple of 100.
 float DefaultTop(const CBoreAnalystDoc& doc)
@@ -90,98 +72,34 @@ void EnsureGuiApplication()
     static QGuiApplication app(argc, argv);
 }
 
-void Commit(QSaveFile& file, const std::string& output)
-{
-    if (!file.commit())
-        throw CommandFailure(kExitFailure, "Error: cannot write " + Quoted(output) + ": " +
-                                               file.errorString().toStdString() + ".");
-}
-
-void WritePng(const CBoreAnalystDoc& doc, PlotViewport viewport, const std::string& output)
-{
-    QImage image(viewport.pixelSize, QImage::Format_RGB32);
-    if (image.isNull())
-        throw CommandFailure(kExitFailure, "Error: out of memory for a " + std::to_string(viewport.pixelSize.width()) +
-                                               " x " + std::to_string(viewport.pixelSize.height()) + " image.");
-    viewport.dotsPerCentimetre = kScreenDotsPerInch / kCentimetresPerInch;
-    {
-        QPainter painter(&image);
-        CLogPlotRenderer().Paint(painter, doc, viewport);
-    }
-    QSaveFile file(QString::fromStdString(output));
-    if (!file.open(QIODevice::WriteOnly))
-        throw CommandFailure(kExitFailure, "Error: cannot write " + Quoted(output) + ": " +
-                                               file.errorString().toStdString() + ".");
-    if (!image.save(&file, "PNG")) {
-        file.cancelWriting();
-        throw CommandFailure(kExitFailure, "Error: cannot write " + Quoted(output) + ": " +
-                                               file.errorString().toStdString() + ".");
-    }
-    Commit(file, output);
-}
-
-// A page of the plot's size at screen resolution, drawn at a finer one so that the
-// curves keep their detail when the PDF is enlarged.
-void WritePdf(const CBoreAnalystDoc& doc, PlotViewport viewport, const std::string& output)
-{
-    QSaveFile file(QString::fromStdString(output));
-    if (!file.open(QIODevice::WriteOnly))
-        throw CommandFailure(kExitFailure, "Error: cannot write " + Quoted(output) + ": " +
-                                               file.errorString().toStdString() + ".");
-    {
-        QPdfWriter writer(&file);
-        writer.setCreator(QStringLiteral("BoreAnalyst"));
-        writer.setTitle(QString::fromStdString(doc.Header().Title()));
-        writer.setResolution(kPdfDotsPerInch);
-        const QSizeF inches(viewport.pixelSize.width() / double(kScreenDotsPerInch),
-                            viewport.pixelSize.height() / double(kScreenDotsPerInch));
-        writer.setPageSize(QPageSize(inches, QPageSize::Inch));
-        writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-        viewport.pixelSize = QSize(writer.width(), writer.height());
-        viewport.dotsPerCentimetre = kPdfDotsPerInch / kCentimetresPerInch;
-        viewport.printing = true;
-        QPainter painter;
-        if (!painter.begin(&writer)) {
-            file.cancelWriting();
-            throw CommandFailure(kExitFailure, "Error: cannot write " + Quoted(output) + ": the PDF could not be started.");
-        }
-        CLogPlotRenderer().Paint(painter, doc, viewport);
-        painter.end();
-    }
-    Commit(file, output);
-}
-
 void RunPlot(const PlotOptions& options, CommandContext& context)
 {
     if (!options.scaleText.empty() && !(std::isfinite(options.scale) && options.scale > 0.0f))
         throw CommandFailure(kExitUsage, "Error: --scale: " + Quoted(options.scaleText) +
                                              " is not a vertical scale; it must be greater than 0.");
-    const PlotFormat format = FormatOf(options.output);
+    const std::filesystem::path output(options.output);
+    const std::optional<PlotFileFormat> format = PlotFileFormatOf(output, context.sink);
+    if (!format) throw CommandFailure(kExitUsage, "");
     const auto doc = OpenOrFail(options.document, context.sink);
 
-    PlotViewport viewport;
-    viewport.pixelSize = QSize(options.width, options.height);
-    viewport.topDepth = options.topText.empty() ? DefaultTop(*doc) : options.top;
-    viewport.verticalScale = options.scaleText.empty() ? doc->VerticalScale() : options.scale;
-    if (!(std::isfinite(viewport.verticalScale) && viewport.verticalScale > 0.0f)) {
+    PlotFilePage page;
+    page.pixelSize = QSize(options.width, options.height);
+    page.topDepth = options.topText.empty() ? DefaultTop(*doc) : options.top;
+    page.verticalScale = options.scaleText.empty() ? doc->VerticalScale() : options.scale;
+    if (!(std::isfinite(page.verticalScale) && page.verticalScale > 0.0f)) {
         throw CommandFailure(kExitFailure, "Error: the vertical scale of " + Quoted(options.document) + " is " +
-                                               LegendNumberText(viewport.verticalScale) +
+                                               LegendNumberText(page.verticalScale) +
                                                ", which cannot be plotted; give one with --scale.");
     }
 
     EnsureGuiApplication();
-    if (format == PlotFormat::Png)
-        WritePng(*doc, viewport, options.output);
-    else
-        WritePdf(*doc, viewport, options.output);
+    if (!WritePlotFile(*doc, page, output, *format, context.sink)) throw CommandFailure(kExitFailure, "");
 
-    // The depths shown, as the screen draws them (PDF pages hold the same range).
-    viewport.dotsPerCentimetre = kScreenDotsPerInch / kCentimetresPerInch;
-    const float bottom = CLogPlotRenderer().BottomDepth(*doc, viewport);
+    const float bottom = CLogPlotRenderer().BottomDepth(*doc, ScreenViewport(page));
     const std::string unit = DepthUnitCaption(DocumentDepthUnit(*doc));
     context.out << "Wrote " << Quoted(options.output) << ": " << options.width << " x " << options.height
-                << " px, depths " << DepthLabelText(viewport.topDepth, 0.01) << " to " << DepthLabelText(bottom, 0.01)
-                << (unit.empty() ? "" : " " + unit) << " at " << LegendNumberText(viewport.verticalScale)
+                << " px, depths " << DepthLabelText(page.topDepth, 0.01) << " to " << DepthLabelText(bottom, 0.01)
+                << (unit.empty() ? "" : " " + unit) << " at " << LegendNumberText(page.verticalScale)
                 << (unit.empty() ? "" : " " + unit) << "/cm.\n";
 }
 

@@ -3,6 +3,8 @@
 #include "cli/Command.h"
 #include "cli/DocumentAccess.h"
 
+#include "model/DocumentChanges.h"
+
 #include <memory>
 
 namespace ba::cli {
@@ -17,7 +19,8 @@ struct RemoveTraceOptions {
 void RunRemoveTrace(const RemoveTraceOptions& options, CommandContext& context)
 {
     const auto doc = OpenOrFail(options.document, context.sink);
-    doc->RemoveTrace(ResolveTrace(*doc, options.trace, options.document));
+    const std::size_t index = ResolveTrace(*doc, options.trace, options.document);
+    doc->Apply(MakeRemoveTracesChange("Delete " + doc->Trace(index).Name(), {index}));
     SaveOrFail(*doc, options.output, context.sink);
 }
 

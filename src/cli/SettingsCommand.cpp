@@ -1,7 +1,7 @@
 // settings get PATH and settings set PATH VALUE: the values processing dialogs remember,
 // read and written as the dialogs do, by full path.
 
-#include "app/SettingsStore.h"
+#include "settings/SettingsStore.h"
 #include "cli/Command.h"
 
 #include <memory>

@@ -2,7 +2,7 @@
 // The command-line tool's message sink: each message goes to standard error as one line,
 // exactly as worded (the core's texts already begin with "Error:" or "Warning:").
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 
 #include <ostream>
 

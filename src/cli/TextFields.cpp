@@ -1,6 +1,6 @@
 #include "cli/TextFields.h"
 
-#include "model/Cp1252.h"
+#include "base/Cp1252.h"
 
 #include <string>
 

@@ -93,6 +93,10 @@ int main(int argc, char** argv)
         ba::cli::AddRepositoryCommand(app),
         ba::cli::AddMechanicalCommand(app),
         ba::cli::AddEquationCommand(app),
+        ba::cli::AddFormulaCommand(app),
+        ba::cli::AddCreateCommand(app), ba::cli::AddEditCommand(app), ba::cli::AddFilterCommand(app),
+        ba::cli::AddDespikeCommand(app), ba::cli::AddClipCommand(app), ba::cli::AddCutCommand(app),
+        ba::cli::AddDepthShiftCommand(app), ba::cli::AddResampleCommand(app), ba::cli::AddSpliceCommand(app),
     };
 
     if (ReportUnknownCommand(app, argc, argv)) return ba::cli::kExitUsage;

@@ -3,7 +3,7 @@
 // chosen depths. The system is square (one ground-truth point per unknown coefficient) and
 // is solved with the Newton solver from a grid of start values until one converges.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "evaluation/EquationFormulas.h"
 
 #include <array>

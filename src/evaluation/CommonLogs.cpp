@@ -2,6 +2,7 @@
 
 #include "model/BoreAnalystDoc.h"
 #include "model/DerivedLineTraces.h"
+#include "model/DocumentChanges.h"
 #include "model/LineTrace.h"
 
 #include <algorithm>
@@ -175,9 +176,10 @@ CLineTrace* CCommonLogs::OnOk(CBoreAnalystDoc& doc, IMessageSink& sink)
                                       std::string(definition.outputUnits));
     DeriveEquationLog(equation, traces, coefficients, *trace);
     ScaleToValues(*trace);
-    auto& added = static_cast<CLineTrace&>(doc.AddTrace(std::move(trace)));
-    doc.SetModified();
-    doc.UpdateAllViews();
+    auto& added = *trace;
+    std::vector<std::unique_ptr<CTrace>> derived;
+    derived.push_back(std::move(trace));
+    doc.Apply(MakeAddTracesChange("Common Log " + added.Name(), std::move(derived)));
     return &added;
 }
 

@@ -5,7 +5,7 @@
 // dialog shows this state and forwards its buttons here; every refusal is a warning to the
 // sink and leaves the document and the repository as they were.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "evaluation/CoefficientFit.h"
 #include "evaluation/EquationFormulas.h"
 #include "repository/RepositoryRecordset.h"

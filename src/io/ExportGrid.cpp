@@ -3,7 +3,7 @@
 #include "io/ExportFileWriter.h"
 #include "io/ExportReport.h"
 #include "io/FixedText.h"
-#include "io/LineTraceCursor.h"
+#include "model/LineTraceCursor.h"
 
 #include <algorithm>
 #include <cmath>

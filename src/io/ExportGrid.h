@@ -8,7 +8,7 @@
 // row after row: the depths do not drift over a long log, and the number of rows is
 // known, and bounded, before anything is written.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/LineTrace.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 // How the exports report a file that cannot be created or written.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "io/ExportFileWriter.h"
 
 #include <string>

@@ -2,7 +2,7 @@
 // Image export: one image trace written as a plain table, a line per row, the row's
 // display depth and then its raw samples (0 to 65535), for spreadsheets and other tools.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/ImageTrace.h"
 

@@ -2,7 +2,7 @@
 
 #include "io/LasHeader.h"
 #include "io/LasIssues.h"
-#include "model/Cp1252.h"
+#include "base/Cp1252.h"
 
 #include <algorithm>
 #include <map>

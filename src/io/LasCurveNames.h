@@ -6,7 +6,7 @@
 // column in the data), a long one is cut to 25 characters, and mnemonics that repeat are
 // all numbered, "GR:1", "GR:2", ... rather than dropped. Each change is reported.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "io/LasReader.h"
 
 #include <cstddef>

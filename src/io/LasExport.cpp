@@ -2,7 +2,7 @@
 
 #include "io/ExportGrid.h"
 #include "io/FixedText.h"
-#include "model/Cp1252.h"
+#include "base/Cp1252.h"
 
 #include <string_view>
 #include <vector>

@@ -2,7 +2,7 @@
 // LAS 2.0 export: every line trace of a document as one curve of a LAS file, sampled on a
 // common depth grid from the deepest depth up to the shallowest.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 
 #include <filesystem>

@@ -3,7 +3,10 @@
 #include "io/LasColumns.h"
 #include "io/LasCurveNames.h"
 #include "io/LasReader.h"
+#include "model/DocumentChanges.h"
 #include "model/LineTrace.h"
+
+#include <filesystem>
 
 #include <cmath>
 #include <memory>
@@ -80,22 +83,20 @@ LasImportResult ImportLas(CBoreAnalystDoc& doc, ILasByteSource& source, std::str
     ReturnFreedMemoryToSystem();
 
     const std::size_t existing = doc.TraceCount();
-    std::size_t added = 0;
-    try {
-        for (auto& trace : staged) {
-            // Left track when this trace makes the count odd, right track otherwise.
-            trace->SetTrackIndex((existing + added + 1) % 2 == 1 ? 0 : 1);
-            doc.AddTrace(std::move(trace));
-            ++added;
-        }
-    } catch (...) {
-        while (added-- > 0) doc.RemoveTrace(doc.TraceCount() - 1);
-        throw;
+    const std::size_t added = staged.size();
+    std::vector<std::unique_ptr<CTrace>> traces;
+    traces.reserve(added);
+    for (auto& trace : staged) {
+        // Left track when this trace makes the count odd, right track otherwise.
+        trace->SetTrackIndex((existing + traces.size() + 1) % 2 == 1 ? 0 : 1);
+        traces.push_back(std::move(trace));
     }
-
+    // The title first, so that the views see it when they are told of the new traces.
     if (std::string_view(doc.DocumentTitle()).substr(0, kDefaultTitlePrefix.size()) == kDefaultTitlePrefix) {
         doc.SetDocumentTitle(std::string(title));
     }
+    doc.Apply(MakeAddTracesChange("Import " + std::filesystem::path(fileName).filename().string(),
+                                  std::move(traces)));
 
     LasImportResult result;
     result.imported = true;
@@ -105,8 +106,6 @@ LasImportResult ImportLas(CBoreAnalystDoc& doc, ILasByteSource& source, std::str
     result.rowsRead = read.rowsRead;
     result.depthUnit = depthUnit;
     result.viewTopDepth = LasViewTopDepth(doc);
-    doc.SetModified(true);
-    doc.UpdateAllViews();
     return result;
 }
 

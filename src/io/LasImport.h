@@ -12,7 +12,7 @@
 // All or nothing: the traces are built aside and added only once the whole file has been
 // read, so a refused file leaves the document exactly as it was, title included.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "io/LasText.h"
 #include "model/BoreAnalystDoc.h"
 

@@ -3,7 +3,7 @@
 // a damaged file can have a million bad values, and the user needs the first few places
 // and the count, not a million messages.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 
 #include <array>
 #include <cstddef>

@@ -8,7 +8,7 @@
 // (~Drilling_Data | Drilling_Definition, ...), and says so. Anything after the data that
 // was read is not imported.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "io/LasColumns.h"
 #include "io/LasDataParser.h"
 #include "io/LasHeader.h"

@@ -1,7 +1,7 @@
 #include "io/TextExport.h"
 
 #include "io/ExportGrid.h"
-#include "model/Cp1252.h"
+#include "base/Cp1252.h"
 
 #include <string>
 #include <vector>

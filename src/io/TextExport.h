@@ -2,7 +2,7 @@
 // Text export: every line trace of a document as a column of a plain table, sampled on a
 // common depth grid from the shallowest depth down to the deepest.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 
 #include <filesystem>

@@ -3,7 +3,7 @@
 // borehole, built by driving WellCAD through its automation objects and saved by WellCAD
 // itself as a ".wcl" file.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "io/Automation.h"
 #include "model/BoreAnalystDoc.h"
 

@@ -1,6 +1,6 @@
 #include "model/Archive.h"
 
-#include "model/Cp1252.h"
+#include "base/Cp1252.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,10 +1,13 @@
 #include "model/BoreAnalystDoc.h"
 
-#include "io/FileIO.h"
+#include "base/FileIO.h"
 #include "model/Archive.h"
+#include "model/DocumentChanges.h"
 #include "model/ImageTrace.h"
 #include "model/LineTrace.h"
 #include "model/TraceClasses.h"
+
+#include <algorithm>
 
 namespace ba {
 namespace {
@@ -86,6 +89,108 @@ CTrace& CBoreAnalystDoc::AddTrace(std::unique_ptr<CTrace> trace)
     return added;
 }
 
+std::ptrdiff_t CBoreAnalystDoc::IndexOfTrace(const CTrace& trace) const
+{
+    for (std::size_t i = 0; i < TraceCount(); ++i) {
+        if (&Trace(i) == &trace) return static_cast<std::ptrdiff_t>(i);
+    }
+    return -1;
+}
+
+// --- changes --------------------------------------------------------------------------
+
+void CBoreAnalystDoc::InsertEntry(std::size_t entry, std::unique_ptr<CTrace> trace)
+{
+    trace->SetTrack(TrackAt(trace->TrackIndex()));
+    const auto kind = static_cast<std::uint32_t>(trace->Kind());
+    m_entries.insert(m_entries.begin() + static_cast<std::ptrdiff_t>(std::min(entry, m_entries.size())),
+                     Entry{kind, std::move(trace)});
+    RebuildTraceIndex();
+    RebuildLegend();
+}
+
+std::unique_ptr<CTrace> CBoreAnalystDoc::TakeTrace(std::size_t i, std::size_t& entry)
+{
+    entry = m_traceEntries.at(i);
+    std::unique_ptr<CTrace> taken = std::move(m_entries[entry].trace);
+    m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(entry));
+    RebuildTraceIndex();
+    RebuildLegend();
+    return taken;
+}
+
+std::unique_ptr<CTrace> CBoreAnalystDoc::SwapTrace(std::size_t i, std::unique_ptr<CTrace> trace)
+{
+    Entry& entry = m_entries[m_traceEntries.at(i)];
+    trace->SetTrack(TrackAt(trace->TrackIndex()));
+    entry.kind = static_cast<std::uint32_t>(trace->Kind());
+    std::swap(entry.trace, trace);
+    RebuildLegend();
+    return trace;
+}
+
+void CBoreAnalystDoc::RebuildLegend()
+{
+    m_header->ClearRegistrations();
+    for (std::size_t i = 0; i < TraceCount(); ++i) m_header->RegisterTrace(&Trace(i));
+}
+
+void CBoreAnalystDoc::Apply(std::unique_ptr<CDocumentChange> change)
+{
+    change->Redo(*this);
+    if (m_group) {
+        m_group->parts.push_back(std::move(change));
+        return;
+    }
+    m_history.Push(std::move(change));
+    UpdateAllViews();
+}
+
+void CBoreAnalystDoc::BeginChangeGroup(std::string description)
+{
+    if (!m_group) m_group = ChangeGroup{std::move(description), {}, 0};
+    ++m_group->depth;
+}
+
+void CBoreAnalystDoc::EndChangeGroup()
+{
+    if (!m_group || --m_group->depth > 0) return;
+    ChangeGroup group = std::move(*m_group);
+    m_group.reset();
+    if (group.parts.empty()) return;
+    m_history.Push(MakeCompositeChange(std::move(group.description), std::move(group.parts)));
+    UpdateAllViews();
+}
+
+void CBoreAnalystDoc::AbandonChangeGroup()
+{
+    if (!m_group || --m_group->depth > 0) return;
+    ChangeGroup group = std::move(*m_group);
+    m_group.reset();
+    for (auto part = group.parts.rbegin(); part != group.parts.rend(); ++part) (*part)->Undo(*this);
+    if (!group.parts.empty()) UpdateAllViews();
+}
+
+void CBoreAnalystDoc::Undo()
+{
+    m_history.StepBack().Undo(*this);
+    UpdateAllViews();
+}
+
+void CBoreAnalystDoc::Redo()
+{
+    m_history.StepForward().Redo(*this);
+    UpdateAllViews();
+}
+
+void CBoreAnalystDoc::ReturnTo(std::size_t position)
+{
+    if (position > m_history.Size() || position == m_history.Position()) return;
+    while (m_history.Position() > position) m_history.StepBack().Undo(*this);
+    while (m_history.Position() < position) m_history.StepForward().Redo(*this);
+    UpdateAllViews();
+}
+
 std::ptrdiff_t CBoreAnalystDoc::FindTraceIndex(std::string_view name) const
 {
     for (std::size_t i = 0; i < TraceCount(); ++i) {
@@ -104,14 +209,6 @@ const CTrace* CBoreAnalystDoc::FindTrace(std::string_view name) const
 {
     const auto i = FindTraceIndex(name);
     return i < 0 ? nullptr : &Trace(static_cast<std::size_t>(i));
-}
-
-void CBoreAnalystDoc::RemoveTrace(std::size_t i)
-{
-    const std::size_t entry = m_traceEntries.at(i);
-    m_header->UnregisterTrace(m_entries[entry].trace.get());
-    m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(entry));
-    RebuildTraceIndex();
 }
 
 std::vector<std::uint32_t> CBoreAnalystDoc::EntryKinds() const
@@ -267,8 +364,7 @@ void CBoreAnalystDoc::Deserialize(CArchiveReader& ar, IMessageSink& sink, std::s
 
     ar.SetContext("the header");
     m_header->Deserialize(ar);
-    m_header->ClearRegistrations();
-    for (std::size_t i = 0; i < TraceCount(); ++i) m_header->RegisterTrace(&Trace(i));
+    RebuildLegend();
     ar.SetContext({});
 }
 
@@ -315,29 +411,21 @@ std::unique_ptr<CBoreAnalystDoc> OpenDocument(const std::filesystem::path& path,
     }
     for (const auto& m : quirks.messages) sink.Report(m);
     doc->SetPathName(path);
-    doc->SetModified(false);
     return doc;
 }
 
-SaveOutcome CBoreAnalystDoc::OnSaveDocument(const std::filesystem::path& path, IMessageSink& sink,
-                                            const ILicenceCheck& licence)
+SaveOutcome CBoreAnalystDoc::OnSaveDocument(const std::filesystem::path& path, IMessageSink& sink)
 {
-    SaveOutcome outcome = SaveOutcome::Written;
-    if (!licence.IsLicensed()) {
-        sink.Error(std::string(kUnlicensedSaveMessage));
-        outcome = SaveOutcome::RefusedByLicence;
-    } else {
-        try {
-            WriteFileAtomically(path, WriteDocumentBytes(*this));
-        } catch (const FileError& e) {
-            sink.Error("Error: cannot save " + Quoted(path) + ": " + e.what() + ".");
-            return SaveOutcome::Failed;
-        }
-        m_modified = false;
+    try {
+        WriteFileAtomically(path, WriteDocumentBytes(*this));
+    } catch (const FileError& e) {
+        sink.Error("Error: cannot save " + Quoted(path) + ": " + e.what() + ".");
+        return SaveOutcome::Failed;
     }
+    m_history.MarkSaved();
     SetPathName(path);
     UpdateAllViews();
-    return outcome;
+    return SaveOutcome::Written;
 }
 
 } // namespace ba

@@ -3,8 +3,9 @@
 // file order), the four plot tracks, the plot header and the plot settings; saved to and
 // opened from ".bal" files.
 
-#include "app/LicenceCheck.h"
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
+#include "model/DocumentChange.h"
+#include "model/DocumentHistory.h"
 #include "model/Header.h"
 #include "model/Trace.h"
 #include "model/Track.h"
@@ -14,6 +15,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,12 +29,10 @@ class CArchiveWriter;
 inline constexpr std::string_view kDocumentSignature = "BoreAnalyst Document V.1.0";
 inline constexpr std::string_view kDefaultDocumentTitle = "BoreAnalyst1";
 inline constexpr std::string_view kTraceClipboardFormat = "BoreAnalystTraceData";
-inline constexpr std::string_view kUnlicensedSaveMessage = "Error: Unlicesed installation.  Saving disabled.";
 
 enum class SaveOutcome {
-    Written,          // the file was written
-    RefusedByLicence, // the licence check refused; nothing was written
-    Failed,           // writing failed; the file on disk is as it was
+    Written, // the file was written
+    Failed,  // writing failed; the file on disk is as it was
 };
 
 class CBoreAnalystDoc {
@@ -48,15 +48,17 @@ public:
     const CTrace& Trace(std::size_t i) const { return *m_entries[m_traceEntries.at(i)].trace; }
     std::uint32_t TraceKindCode(std::size_t i) const { return m_entries[m_traceEntries.at(i)].kind; }
 
-    // Takes ownership, records the kind, points the trace at its track and registers it
-    // with the header. Returns the trace.
+    // Builds a document nobody sees yet (readers, generators, test fixtures): takes
+    // ownership, records the kind, points the trace at its track and registers it with the
+    // header; no history, no views. An open document is changed only through Apply.
     CTrace& AddTrace(std::unique_ptr<CTrace> trace);
     // The first trace whose name equals `name`, or null.
     CTrace* FindTrace(std::string_view name);
     const CTrace* FindTrace(std::string_view name) const;
     // Index of the first trace named `name`, or -1.
     std::ptrdiff_t FindTraceIndex(std::string_view name) const;
-    void RemoveTrace(std::size_t i);
+    // The trace index of `trace`, or -1 when the document does not hold it.
+    std::ptrdiff_t IndexOfTrace(const CTrace& trace) const;
 
     // The kind code of every entry in file order, entries of unknown kinds included.
     std::vector<std::uint32_t> EntryKinds() const;
@@ -74,6 +76,7 @@ public:
 
     // --- plot settings
     float VerticalScale() const { return m_verticalScale; }
+    // Like AddTrace, for building a document nobody sees yet.
     void SetVerticalScale(float value) { m_verticalScale = value; }
     std::int32_t PlotWidth() const { return m_plotWidth; }
     std::int32_t PlotHeight() const { return m_plotHeight; }
@@ -100,28 +103,58 @@ public:
     const std::string& DocumentTitle() const { return m_title; }
     void SetDocumentTitle(std::string title) { m_title = std::move(title); }
     void SetPathName(const std::filesystem::path& path);
-    bool IsModified() const { return m_modified; }
-    void SetModified(bool modified = true) { m_modified = modified; }
+    // The document holds changes that its file does not: it stands away from the point of
+    // its history where it was last opened or saved.
+    bool IsModified() const { return m_history.IsAwayFromSaved(); }
 
-    // Views register to be told when the document changes.
+    // --- changes
+    // Carries `change` out and makes it the newest entry of the history (undone entries are
+    // dropped); the document counts as modified and its views are told once.
+    void Apply(std::unique_ptr<CDocumentChange> change);
+    const CDocumentHistory& History() const { return m_history; }
+    bool CanUndo() const { return m_history.CanUndo(); }
+    bool CanRedo() const { return m_history.CanRedo(); }
+    void Undo();
+    void Redo();
+    // Undoes or redoes entries until `position` of them are applied; the views are told once.
+    void ReturnTo(std::size_t position);
+    // Between these two, applied changes are gathered into one history entry (undone and
+    // redone as one, the views told once at the end) — for an operation whose later steps
+    // read what its earlier ones did. Groups may nest; the outermost description is kept.
+    // Abandoning undoes what the group applied so far and records nothing.
+    void BeginChangeGroup(std::string description);
+    void EndChangeGroup();
+    void AbandonChangeGroup();
+
+    // Views register to be told when the document changes (a change applied, undone or
+    // redone, or the document saved under a new name).
     using ViewUpdater = std::function<void()>;
     void AddViewUpdater(ViewUpdater updater) { m_viewUpdaters.push_back(std::move(updater)); }
-    void UpdateAllViews() const;
 
-    // Saves to `path`, gated by the licence check. A refusal reports the licence message
-    // and writes nothing; a failed write reports why and leaves the file on disk as it
-    // was. Unless the write failed, the document then takes `path` as its path and title
-    // and updates its views (the shell treats a refusal as a handled save).
-    SaveOutcome OnSaveDocument(const std::filesystem::path& path, IMessageSink& sink,
-                               const ILicenceCheck& licence = DefaultLicenceCheck());
+    // Writes the document to `path`; a failed write reports why and leaves the file on disk
+    // as it was. A written document takes `path` as its path and title, counts as saved and
+    // tells its views. Whether saving is allowed at all is the save command's question
+    // (the licence check).
+    SaveOutcome OnSaveDocument(const std::filesystem::path& path, IMessageSink& sink);
 
 private:
+    // The changes of DocumentChanges.cpp edit the trace list through CDocumentEditor.
+    friend class CDocumentEditor;
+
     struct Entry {
         std::uint32_t kind = 0;
         std::unique_ptr<CTrace> trace; // null for an entry of an unknown kind
     };
 
     void BuildTracks();
+    void UpdateAllViews() const;
+    // Inserts a trace as entry `entry` of the file order (at most the entry count).
+    void InsertEntry(std::size_t entry, std::unique_ptr<CTrace> trace);
+    // Takes trace i out of the document; its entry index is returned in `entry`.
+    std::unique_ptr<CTrace> TakeTrace(std::size_t i, std::size_t& entry);
+    // Puts `trace` in the place of trace i and returns the trace that was there.
+    std::unique_ptr<CTrace> SwapTrace(std::size_t i, std::unique_ptr<CTrace> trace);
+    void RebuildLegend();
     void RebuildTraceIndex();
     void ReadTraceEntry(CArchiveReader& ar, std::size_t entry, std::size_t count, IMessageSink& sink,
                         std::string_view source);
@@ -140,8 +173,39 @@ private:
 
     std::filesystem::path m_pathName;
     std::string m_title = std::string(kDefaultDocumentTitle);
-    bool m_modified = false;
+    CDocumentHistory m_history;
+    struct ChangeGroup {
+        std::string description;
+        std::vector<std::unique_ptr<CDocumentChange>> parts;
+        int depth = 0;
+    };
+    std::optional<ChangeGroup> m_group;
     std::vector<ViewUpdater> m_viewUpdaters;
+};
+
+// Gathers the changes applied while it lives into one history entry; without Commit the
+// group is abandoned (what it applied is undone).
+class CChangeGroup {
+public:
+    CChangeGroup(CBoreAnalystDoc& doc, std::string description) : m_doc(doc)
+    {
+        m_doc.BeginChangeGroup(std::move(description));
+    }
+    ~CChangeGroup()
+    {
+        if (!m_committed) m_doc.AbandonChangeGroup();
+    }
+    CChangeGroup(const CChangeGroup&) = delete;
+    CChangeGroup& operator=(const CChangeGroup&) = delete;
+    void Commit()
+    {
+        m_committed = true;
+        m_doc.EndChangeGroup();
+    }
+
+private:
+    CBoreAnalystDoc& m_doc;
+    bool m_committed = false;
 };
 
 // Encodes a whole document file.

@@ -19,7 +19,7 @@
 // stored unit itself. Units naming no keyword of the needed axis are taken as the stored
 // unit, and a note says so.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/LineTrace.h"
 

@@ -86,15 +86,8 @@ bool ApplyImageProperties(CBoreAnalystDoc& doc, CImageTrace& trace, const ImageP
     common.penWidth.reset();
     common.penStyle.reset();
     common.colourIndex.reset();
-    if (!ApplyTraceProperties(doc, trace, common, sink)) return false;
-    if (edit.intensityMultiplier) {
-        if (auto* sonic = dynamic_cast<CSonicTrace*>(&trace))
-            sonic->SetIntensityMultiplier(*edit.intensityMultiplier);
-        else
-            trace.SetViewParameter(static_cast<float>(*edit.intensityMultiplier));
-        doc.UpdateAllViews(); // the views were told before the multiplier changed
-    }
-    return true;
+    common.intensityMultiplier = edit.intensityMultiplier;
+    return ApplyTraceProperties(doc, trace, common, sink);
 }
 
 } // namespace ba

@@ -9,7 +9,7 @@
 // keep it in the trace's view parameter, a stored field with no other use; 0 there (the
 // value of every trace that never had one set) means 1.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/ImageTrace.h"
 #include "model/TraceProperties.h"

@@ -29,6 +29,7 @@ public:
 
     std::string_view ClassName() const override { return kClassName; }
     TraceKind Kind() const override { return TraceKind::Image; }
+    std::unique_ptr<CTrace> Clone() const override { return std::make_unique<CImageTrace>(*this); }
     // The common trace fields, then the rows.
     void Serialize(CArchiveWriter& ar) const override;
     // Reads the common fields and appends the rows read (the rows are not emptied first).

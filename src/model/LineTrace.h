@@ -39,6 +39,7 @@ public:
 
     std::string_view ClassName() const override { return kClassName; }
     TraceKind Kind() const override { return TraceKind::Line; }
+    std::unique_ptr<CTrace> Clone() const override { return std::make_unique<CLineTrace>(*this); }
     void Serialize(CArchiveWriter& ar) const override;
     void Deserialize(CArchiveReader& ar) override;
     void RemoveSample(std::size_t i) override;

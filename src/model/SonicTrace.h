@@ -47,6 +47,7 @@ public:
 
     std::string_view ClassName() const override { return kClassName; }
     TraceKind Kind() const override { return TraceKind::Sonic; }
+    std::unique_ptr<CTrace> Clone() const override { return std::make_unique<CSonicTrace>(*this); }
     // The image part, the tool type as an archive string, then the twelve fields as int32.
     void Serialize(CArchiveWriter& ar) const override;
     void Deserialize(CArchiveReader& ar) override;

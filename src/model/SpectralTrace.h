@@ -19,6 +19,7 @@ public:
 
     std::string_view ClassName() const override { return kClassName; }
     TraceKind Kind() const override { return TraceKind::Spectral; }
+    std::unique_ptr<CTrace> Clone() const override { return std::make_unique<CSpectralTrace>(*this); }
     // The image part, then int32 N, the text, the value, and N floats of each array in turn.
     void Serialize(CArchiveWriter& ar) const override;
     void Deserialize(CArchiveReader& ar) override;

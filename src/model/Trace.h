@@ -9,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -71,6 +72,9 @@ public:
     // The archive class name of the concrete kind ("CLineTrace", ...).
     virtual std::string_view ClassName() const = 0;
     virtual TraceKind Kind() const = 0;
+
+    // A deep copy of the trace, of its own kind: how an edit builds a changed trace aside.
+    virtual std::unique_ptr<CTrace> Clone() const = 0;
 
     virtual void Serialize(CArchiveWriter& ar) const;
     virtual void Deserialize(CArchiveReader& ar);

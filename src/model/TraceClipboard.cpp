@@ -3,6 +3,7 @@
 #include "model/Archive.h"
 #include "model/ClipboardBlock.h"
 #include "model/ClipboardSync.h"
+#include "model/DocumentChanges.h"
 #include "model/LineTrace.h"
 
 #include <algorithm>
@@ -107,17 +108,21 @@ PasteResult PasteTraces(CBoreAnalystDoc& doc, std::optional<std::span<const std:
         for (auto& message : leftOut) sink.Error(std::move(message));
         result.skipped = leftOut.size();
 
+        // One entry in the history; each trace joins the document before the next is
+        // synchronised, since a pasted "Depth" or "Time" trace serves the ones after it.
         result.freshDocument = doc.TraceCount() == 0;
+        CChangeGroup paste(doc, "Paste");
         for (auto& trace : traces) {
             const auto kind = static_cast<std::uint32_t>(trace->Kind());
-            CTrace& added = doc.AddTrace(std::move(trace));
+            if (!result.freshDocument) ApplyPastedAxis(doc, *trace, kind, question, sink, result);
+            std::vector<std::unique_ptr<CTrace>> one;
+            one.push_back(std::move(trace));
+            doc.Apply(MakeAddTracesChange("Paste", std::move(one)));
             ++result.added;
-            if (!result.freshDocument) ApplyPastedAxis(doc, added, kind, question, sink, result);
         }
+        paste.Commit();
         if (result.freshDocument) result.topDepth = FreshDocumentTopDepth(doc);
     }
-    doc.UpdateAllViews();
-    doc.SetModified(true);
     return result;
 }
 

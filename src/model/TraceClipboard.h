@@ -11,7 +11,7 @@
 // depth-unit code and the first trace's vertical scale; its stored depths stay as they are,
 // since they are always kept in metres (or minutes).
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 
 #include <cstddef>

@@ -1,6 +1,10 @@
 #include "model/TraceProperties.h"
 
+#include "model/DocumentChanges.h"
 #include "model/LineTrace.h"
+#include "model/SonicTrace.h"
+
+#include <stdexcept>
 
 #include <string>
 
@@ -53,25 +57,34 @@ bool ApplyTraceProperties(CBoreAnalystDoc& doc, CTrace& trace, const TraceProper
         }
     }
 
-    trace.SetName(name);
-    if (edit.units) trace.SetUnits(WithoutOuterBlanks(*edit.units));
-    if (edit.hidden) trace.SetFlag(kHiddenTraceFlag, *edit.hidden);
-    trace.SetScale(left, right);
-    if (edit.trackIndex) {
-        trace.SetTrackIndex(*edit.trackIndex);
-        trace.SetTrack(doc.TrackAt(*edit.trackIndex));
+    const std::ptrdiff_t index = doc.IndexOfTrace(trace);
+    if (index < 0) throw std::logic_error("trace properties applied to a trace of another document");
+    TraceAppearance after = CaptureAppearance(trace);
+    after.name = name;
+    if (edit.units) after.units = WithoutOuterBlanks(*edit.units);
+    if (edit.hidden) {
+        after.flags = (after.flags & ~(1 << kHiddenTraceFlag)) | (*edit.hidden ? 1 << kHiddenTraceFlag : 0);
     }
+    after.scaleLeft = left;
+    after.scaleRight = right;
+    if (edit.trackIndex) after.trackIndex = *edit.trackIndex;
     if (line != nullptr) {
-        const std::int32_t width = edit.penWidth.value_or(line->PenWidth());
-        const std::int32_t style = edit.penStyle.value_or(line->PenStyle());
-        const std::int32_t colour = edit.colourIndex.value_or(line->ColourIndex());
-        if (colour == line->ColourIndex())
-            line->ChangePen(width, style, colour, line->Colour());
-        else
-            line->ChangePen(width, style, colour);
+        after.penWidth = edit.penWidth.value_or(line->PenWidth());
+        after.penStyle = edit.penStyle.value_or(line->PenStyle());
+        after.colourIndex = edit.colourIndex.value_or(line->ColourIndex());
+        if (after.colourIndex != line->ColourIndex()) after.colour = LineColourFromIndex(after.colourIndex);
     }
-    doc.SetModified();
-    doc.UpdateAllViews();
+    if (edit.intensityMultiplier) {
+        if (auto* sonic = dynamic_cast<const CSonicTrace*>(&trace)) {
+            CSonicTrace changed(*sonic);
+            changed.SetIntensityMultiplier(*edit.intensityMultiplier);
+            after.sonicGainWord = changed.Acquisition().rxGain;
+        } else {
+            after.viewParameter = static_cast<float>(*edit.intensityMultiplier);
+        }
+    }
+    doc.Apply(MakeTraceAppearanceChange("Properties of " + trace.Name(), static_cast<std::size_t>(index),
+                                        std::move(after)));
     return true;
 }
 

@@ -3,7 +3,7 @@
 // and writes them into the trace. The desktop sheet and the command line's set-trace
 // both go through here, so a trace is edited by the same rules whichever way.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 
 #include <cstdint>
@@ -32,11 +32,13 @@ struct TracePropertyEdit {
     std::optional<std::int32_t> penWidth{};
     std::optional<std::int32_t> penStyle{};
     std::optional<std::int32_t> colourIndex{};
+    // Image kinds: the intensity multiplier (checked by the image property page).
+    std::optional<std::int32_t> intensityMultiplier{};
 };
 
 // Checks the edit against the trace it would produce, in the sheet's order (name, scale,
 // track, pen), reporting the first refused entry and changing nothing; otherwise writes
-// it, marks the document modified, updates its views and returns true. Names and units are
+// applies it to the document as one change and returns true. Names and units are
 // taken without leading and trailing blanks. Choosing the colour the line already has
 // keeps its exact colour value (which a document may hold outside the colour table).
 bool ApplyTraceProperties(CBoreAnalystDoc& doc, CTrace& trace, const TracePropertyEdit& edit, IMessageSink& sink);

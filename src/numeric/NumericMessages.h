@@ -3,7 +3,7 @@
 // toolkit (equation-model fitter, flowmeter inversion, principal components, spectral basis
 // fit) has its own wording of the same events, so a routine is told which user it works for.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 
 #include <string_view>
 

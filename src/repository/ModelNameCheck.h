@@ -3,7 +3,7 @@
 // walk compares the name with every stored name byte for byte (case matters) and does not
 // stop at a match. Each refusal is a warning to the user; nothing is written after one.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "repository/RepositoryRecords.h"
 
 #include <span>

@@ -4,7 +4,7 @@
 // damaged or read-only file, a missing column - becomes one message naming the file and
 // what was being done; nothing throws.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,8 +1,9 @@
 #include "sonic/MechanicalProperties.h"
 
-#include "io/LineTraceCursor.h"
+#include "model/LineTraceCursor.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/DerivedLineTraces.h"
+#include "model/DocumentChanges.h"
 #include "model/LineTrace.h"
 #include "units/UnitVocabulary.h"
 
@@ -287,17 +288,18 @@ bool CMechanicalProperties::OnOk(CBoreAnalystDoc& doc, IMessageSink& sink)
     inputs.shearToMetresPerSecond = m_vsFactor;
 
     // Every output follows the document's first trace in depth unit and depth scale; the
-    // traces join the document before the pass fills them.
+    // pass fills the traces before they join the document as one change.
     const std::vector<MechanicalProperty> properties = RequestedProperties(outputs);
+    std::vector<std::unique_ptr<CTrace>> made;
     std::vector<CLineTrace*> traces;
     for (const MechanicalProperty property : properties) {
         auto trace = MakeDerivedLineTrace(doc, 0.0f, 100.0f, std::string(PropertyTraceName(property)),
                                           std::string(PropertyTraceUnits(property)));
-        traces.push_back(static_cast<CLineTrace*>(&doc.AddTrace(std::move(trace))));
+        traces.push_back(trace.get());
+        made.push_back(std::move(trace));
     }
     ComputeMechanicalProperties(inputs, properties, traces);
-    doc.SetModified();
-    doc.UpdateAllViews();
+    if (!made.empty()) doc.Apply(MakeAddTracesChange("Mechanical Properties", std::move(made)));
     return true;
 }
 

@@ -5,7 +5,7 @@
 // station by station along the compressional trace and adds it to the document as a new
 // line trace. The desktop dialog shows this state and forwards its OK button here.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "units/ConversionFactors.h"
 
 #include <cstddef>

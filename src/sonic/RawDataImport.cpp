@@ -1,5 +1,7 @@
 #include "sonic/RawDataImport.h"
 
+#include "model/BoreAnalystDoc.h"
+#include "model/DocumentChanges.h"
 #include "model/SonicTrace.h"
 #include "sonic/SonicRecord.h"
 #include "sonic/SonicRow.h"
@@ -7,6 +9,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -185,7 +189,7 @@ private:
             std::snprintf(name, sizeof name, "RX %1i", static_cast<int>(r + 1));
             auto trace = std::make_unique<CSonicTrace>(name, 0.0f, 100.0f, "us");
             trace->SetDepthUnit(m_result.timeDigitised ? kTimeMinutes : kDepthMetres);
-            m_traces.push_back(static_cast<CSonicTrace*>(&m_doc.AddTrace(std::move(trace))));
+            m_traces.push_back(std::move(trace));
         }
         m_rows.resize(receivers);
         m_result.tracesAdded = receivers;
@@ -195,7 +199,12 @@ private:
     void Finish()
     {
         for (std::size_t r = 0; r < m_traces.size(); ++r) m_rows[r].MoveInto(*m_traces[r]);
-        if (m_result.stationsKept > 0) m_doc.SetModified();
+        if (m_traces.empty()) return;
+        std::vector<std::unique_ptr<CTrace>> traces(std::make_move_iterator(m_traces.begin()),
+                                                    std::make_move_iterator(m_traces.end()));
+        m_traces.clear();
+        m_doc.Apply(MakeAddTracesChange("Import " + std::filesystem::path(m_fileName).filename().string(),
+                                        std::move(traces)));
     }
 
     CBoreAnalystDoc& m_doc;
@@ -204,7 +213,7 @@ private:
     RawDataImportResult m_result;
     SonicRecord m_record;
     bool m_tracesMade = false;
-    std::vector<CSonicTrace*> m_traces;
+    std::vector<std::unique_ptr<CSonicTrace>> m_traces; // join the document when the import ends
     std::vector<SonicStationRows> m_rows;
     bool m_rate2Reported = false;
     float m_timeStep = 0.0f;

@@ -26,7 +26,7 @@
 // before that record stays in the document, as it does when the progress callback stops
 // the import.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 #include "sonic/RawByteSource.h"
 #include "sonic/RawRecordReader.h"

@@ -6,7 +6,7 @@
 //   gain(X)   = gainSlope·X + gainIntercept            (keV per channel)
 // Two calibrations taken at two values of X fix the four coefficients.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 
 #include <optional>
 

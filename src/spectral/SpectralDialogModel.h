@@ -3,8 +3,8 @@
 // remembers between sessions, the checks made on OK, and what the settings mean for
 // summing, the energy scale and the spectrum view.
 
-#include "app/MessageSink.h"
-#include "app/SettingsStore.h"
+#include "base/MessageSink.h"
+#include "settings/SettingsStore.h"
 #include "model/SpectralTrace.h"
 #include "spectral/EnergyCalibration.h"
 #include "spectral/SpectrumDisplay.h"

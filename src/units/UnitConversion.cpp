@@ -1,6 +1,7 @@
 #include "units/UnitConversion.h"
 
 #include "model/BoreAnalystDoc.h"
+#include "model/DocumentChanges.h"
 #include "model/LineTrace.h"
 #include "units/UnitVocabulary.h"
 
@@ -118,14 +119,16 @@ bool CUnitConversion::OnOk(CBoreAnalystDoc& doc, IMessageSink& sink)
 
     // One value per sample; a damaged document may hold fewer values than depths, and any
     // values past the last depth are not samples.
-    CFloatArray& values = trace->Values();
-    const std::size_t samples = std::min(trace->SampleCount(), values.Size());
+    auto converted = trace->Clone();
+    auto& convertedLine = static_cast<CLineTrace&>(*converted);
+    CFloatArray& values = convertedLine.Values();
+    const std::size_t samples = std::min(convertedLine.SampleCount(), values.Size());
     ConvertValues(std::span<float>(values.Data(), samples), m_currentType, m_conversion);
-    trace->SetUnits(std::string(newUnit));
+    convertedLine.SetUnits(std::string(newUnit));
+    const auto index = static_cast<std::size_t>(doc.IndexOfTrace(*trace));
+    doc.Apply(MakeReplaceTraceChange("Unit Conversion " + trace->Name(), index, std::move(converted)));
     // The list mirrors the document's labels.
     m_traceUnitLabels[position] = std::string(newUnit);
-    doc.SetModified(true);
-    doc.UpdateAllViews();
     return true;
 }
 

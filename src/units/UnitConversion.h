@@ -4,7 +4,7 @@
 // type) and a new unit, and OK converts the trace's values in place and relabels it. The
 // desktop dialog shows this state and forwards its controls' events here.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "units/ConversionFactors.h"
 #include "units/UnitTypes.h"
 

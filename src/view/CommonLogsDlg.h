@@ -5,7 +5,7 @@
 // the repository records are CCommonLogs'; this dialog shows that state, forwards its
 // buttons and passes the messages on.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "evaluation/CommonLogs.h"
 #include "repository/RepositoryDatabase.h"
 #include "repository/RepositoryRecordset.h"

@@ -4,7 +4,7 @@
 // sonic page (SonicPropertiesDlg.h) adds the acquisition text. The page only gathers and
 // shows; the checks and the writes are ApplyImageProperties's (model/ImagePropertiesModel.h).
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 
 #include <QDialog>
 

@@ -4,7 +4,7 @@
 // the computation are CMechanicalProperties'; this dialog gathers the choices, forwards OK
 // and passes the messages on.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "sonic/MechanicalProperties.h"
 
 #include <QDialog>

@@ -2,7 +2,7 @@
 // Shows each core message as a modal message box with its exact text: errors and warnings
 // with the warning icon, notes and information with the information icon.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 
 class QWidget;
 

@@ -5,8 +5,8 @@
 // CSpectralDialogModel; this dialog gathers the choices, shows the spectrum and passes the
 // model's messages on.
 
-#include "app/MessageSink.h"
-#include "app/SettingsStore.h"
+#include "base/MessageSink.h"
+#include "settings/SettingsStore.h"
 #include "spectral/SpectralDialogModel.h"
 #include "spectral/SpectrumSumming.h"
 

@@ -7,7 +7,7 @@
 // Hidden traces: a hidden trace keeps its data but is not drawn; the state is kept in
 // the trace's flag 0 (stored with the trace in the document file).
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/TraceProperties.h"
 
 #include <QDialog>

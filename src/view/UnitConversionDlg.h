@@ -3,7 +3,7 @@
 // a status line. The checks and the conversion itself are CUnitConversion's; this dialog
 // only gathers the choices and passes its messages on.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "units/UnitConversion.h"
 
 #include <QDialog>

@@ -1,5 +1,6 @@
 #include "AppTestSupport.h"
 
+#include "model/DocumentChanges.h"
 #include "model/LineTrace.h"
 
 #include <QApplication>
@@ -16,6 +17,13 @@ CTrace& AddLineTrace(CBoreAnalystDoc& doc, const std::string& name, const std::s
     trace->SetTrackIndex(track);
     for (const SampleSpec& s : samples) trace->AppendSample(s.depth, s.value);
     return doc.AddTrace(std::move(trace));
+}
+
+void MakeUnsavedChange(CBoreAnalystDoc& doc)
+{
+    TraceAppearance renamed = CaptureAppearance(doc.Trace(0));
+    renamed.name = "Changed";
+    doc.Apply(MakeTraceAppearanceChange("Rename", 0, renamed));
 }
 
 std::unique_ptr<CBoreAnalystDoc> MakeTwoTraceDocument()

@@ -27,6 +27,9 @@ CTrace& AddLineTrace(CBoreAnalystDoc& doc, const std::string& name, const std::s
 // right, from 100 m to 110 m.
 std::unique_ptr<CBoreAnalystDoc> MakeTwoTraceDocument();
 
+// Gives `doc` (with at least one trace) an unsaved change: trace 0 renamed "Changed".
+void MakeUnsavedChange(CBoreAnalystDoc& doc);
+
 // Services for a main frame under test: messages to `sink`, no dialogs of their own.
 ShellServices RecordingServices(IMessageSink& sink, const ILicenceCheck* licence = nullptr);
 

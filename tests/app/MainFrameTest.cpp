@@ -5,6 +5,7 @@
 #include "AppTestSupport.h"
 
 #include "app/DocumentWindow.h"
+#include "app/HistoryPanel.h"
 #include "app/MainFrame.h"
 #include "model/LineTrace.h"
 #include "model/TraceClipboard.h"
@@ -16,6 +17,7 @@
 #include <QClipboard>
 #include <QFile>
 #include <QImage>
+#include <QListWidget>
 #include <QMdiArea>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -100,8 +102,7 @@ private slots:
         CollectingMessageSink sink;
         CMainFrame frame(RecordingServices(sink));
         CDocumentWindow* window = frame.AddDocument(MakeTwoTraceDocument());
-        window->Document().SetModified();
-        window->DocumentChanged();
+        MakeUnsavedChange(window->Document());
         QCOMPARE(window->windowTitle(), QStringLiteral("BoreAnalyst1*"));
 
         const auto path = dir.Path("saved well.bal");
@@ -121,7 +122,7 @@ private slots:
         const UnlicensedInstallation unlicensed;
         CMainFrame frame(RecordingServices(sink, &unlicensed));
         CDocumentWindow* window = frame.AddDocument(MakeTwoTraceDocument());
-        window->Document().SetModified();
+        MakeUnsavedChange(window->Document());
         const auto path = dir.Path("refused.bal");
         frame.SaveDocumentAs(*window, ToQString(path));
         QCOMPARE(Texts(sink), QStringList{QStringLiteral("Error: Unlicesed installation.  Saving disabled.")});
@@ -272,6 +273,19 @@ private slots:
         QVERIFY(dir.FileNames().empty());
     }
 
+    void plotExportOfANameNeitherPngNorPdfIsRefused()
+    {
+        TempDir dir;
+        CollectingMessageSink sink;
+        CMainFrame frame(RecordingServices(sink));
+        frame.AddDocument(MakeTwoTraceDocument());
+        const QString path = ToQString(dir.Path("plot.jpg"));
+        QVERIFY(!frame.ExportPlotFile(path));
+        QCOMPARE(Texts(sink), QStringList({"Error: cannot tell the format of \"" + path +
+                                           "\": the output name must end in .png or .pdf."}));
+        QVERIFY(dir.FileNames().empty());
+    }
+
     void deleteTraceRemovesTheSelectedTraces()
     {
         CollectingMessageSink sink;
@@ -290,6 +304,28 @@ private slots:
         QVERIFY(window->View().SelectedTraces().empty());
         QVERIFY(!deleteAction->isEnabled());
         QCOMPARE(window->windowTitle(), QStringLiteral("BoreAnalyst1*"));
+
+        // Edit > Undo names the change and takes it back; the History panel follows.
+        QAction* undo = FindAction(frame, QStringLiteral("&Undo Delete GR"));
+        QVERIFY(undo);
+        QCOMPARE(undo->shortcut(), QKeySequence(QKeySequence::Undo));
+        QListWidget* history = frame.HistoryPanel().List();
+        QCOMPARE(history->count(), 2);
+        QCOMPARE(history->item(1)->text(), QStringLiteral("Delete GR"));
+        QCOMPARE(history->currentRow(), 1);
+        undo->trigger();
+        QCOMPARE(doc.TraceCount(), std::size_t(2));
+        QCOMPARE(doc.Trace(0).Name(), std::string("GR"));
+        QCOMPARE(window->windowTitle(), QStringLiteral("BoreAnalyst1"));
+        QCOMPARE(history->currentRow(), 0);
+        QAction* redo = FindAction(frame, QStringLiteral("&Redo Delete GR"));
+        QVERIFY(redo);
+        QCOMPARE(redo->shortcut(), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+        QVERIFY(!FindAction(frame, QStringLiteral("&Undo"))->isEnabled());
+        // A click on the history's last row redoes the change.
+        history->setCurrentRow(1);
+        QCOMPARE(doc.TraceCount(), std::size_t(1));
+        QVERIFY(FindAction(frame, QStringLiteral("&Undo Delete GR")));
     }
 
     void copyAndPasteMoveATraceBetweenDocuments()
@@ -452,7 +488,7 @@ private slots:
         services.chooseFile = [&dir](const FileDialogRequest&) { return ToQString(dir.Path("kept.bal")); };
         CMainFrame frame(services);
         CDocumentWindow* window = frame.AddDocument(MakeTwoTraceDocument());
-        window->Document().SetModified();
+        MakeUnsavedChange(window->Document());
         window->close();
         FlushDeletes();
         QCOMPARE(asked, QStringList{QStringLiteral("BoreAnalyst1")});

@@ -4,7 +4,7 @@
 
 #include "evaluation/CommonLogs.h"
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/LineTrace.h"
 #include "repository/RepositoryDatabase.h"
@@ -55,7 +55,6 @@ std::unique_ptr<CBoreAnalystDoc> Well()
     AddTrace(*doc, {"R", depths, {25.0f, 11.1111111f, 6.25f, 4.0f, 2.7777778f}});
     AddTrace(*doc, {"RW", depths, {1.0f, 1.0f, 1.0f, 1.0f, 1.0f}});
     AddTrace(*doc, {"PHIN", {100.5f, 101.5f}, {0.3f, 0.25f}});
-    doc->SetModified(false);
     return doc;
 }
 

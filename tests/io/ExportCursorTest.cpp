@@ -1,4 +1,4 @@
-#include "io/LineTraceCursor.h"
+#include "model/LineTraceCursor.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 // Documents for the export tests, small enough that every expected line can be worked
 // out by hand, and a file export run in a folder of its own.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/LineTrace.h"
 #include "support/TempDir.h"
@@ -21,6 +21,7 @@ class CStandInImageTrace final : public CTrace {
 public:
     std::string_view ClassName() const override { return "CImageTrace"; }
     TraceKind Kind() const override { return TraceKind::Image; }
+    std::unique_ptr<CTrace> Clone() const override { return std::make_unique<CStandInImageTrace>(*this); }
 };
 
 struct LineRecipe {

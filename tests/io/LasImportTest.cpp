@@ -198,7 +198,6 @@ TEST(LasImportFixtures, RefusedFilesAddNothingAndSayWhy)
     for (const Case& c : cases) {
         CBoreAnalystDoc doc;
         doc.AddTrace(std::make_unique<CLineTrace>(1, kPenSolid, 0, 0.0f, 100.0f, "KEEP", "u"));
-        doc.SetModified(false);
         int viewUpdates = 0;
         doc.AddViewUpdater([&] { ++viewUpdates; });
         CollectingMessageSink sink;

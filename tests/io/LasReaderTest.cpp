@@ -1,6 +1,6 @@
 #include "LasTestSupport.h"
 
-#include "io/FileIO.h"
+#include "base/FileIO.h"
 #include "model/Trace.h"
 
 #include <gtest/gtest.h>

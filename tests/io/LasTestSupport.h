@@ -2,7 +2,7 @@
 // Helpers shared by the LAS import tests: building small LAS texts, reading them, and
 // looking at what came out.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "io/LasReader.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,7 @@
 #include "model/Archive.h"
+#include "base/LicenceCheck.h"
 #include "model/BoreAnalystDoc.h"
+#include "model/DocumentChanges.h"
 #include "model/LineTrace.h"
 
 #include "support/Bytes.h"
@@ -59,7 +61,7 @@ TEST(Document, FindRemoveAndLegendRegistration)
     EXPECT_EQ(second.Track(), &doc.Track(3));
     EXPECT_EQ(doc.Header().LegendTraces().size(), 3u);
 
-    doc.RemoveTrace(0);
+    doc.Apply(MakeRemoveTracesChange("Delete GR", {0}));
     EXPECT_EQ(doc.TraceCount(), 2u);
     EXPECT_EQ(doc.FindTrace("GR"), &second);
     EXPECT_EQ(doc.Header().LegendTraces(), (std::vector<const CTrace*>{&doc.Trace(0), &second}));
@@ -73,7 +75,8 @@ TEST(DocumentSave, LicensedSaveWritesAndReopens)
     test::TempDir dir;
     CBoreAnalystDoc doc;
     doc.AddTrace(Line("GR"));
-    doc.SetModified();
+    doc.Apply(MakeRemoveTracesChange("Delete GR", {0}));
+    ASSERT_TRUE(doc.IsModified());
     int updates = 0;
     doc.AddViewUpdater([&] { ++updates; });
     CollectingMessageSink sink;
@@ -84,36 +87,24 @@ TEST(DocumentSave, LicensedSaveWritesAndReopens)
     EXPECT_EQ(updates, 1);
     const auto reopened = OpenDocument(dir.Path("a.bal"), sink);
     ASSERT_NE(reopened, nullptr);
-    EXPECT_EQ(reopened->Trace(0).Name(), "GR");
+    EXPECT_EQ(reopened->TraceCount(), 0u);
     EXPECT_EQ(dir.FileNames(), (std::vector<std::string>{"a.bal"}));
 }
 
-TEST(DocumentSave, UnlicensedInstallationWritesNothing)
+TEST(DocumentSave, TheLicenceCheckRefusesWithTheProgramsMessage)
 {
-    test::TempDir dir;
-    dir.Write("kept.bal", "previous contents");
-    CBoreAnalystDoc doc;
-    doc.SetModified();
-    int updates = 0;
-    doc.AddViewUpdater([&] { ++updates; });
     CollectingMessageSink sink;
-    const UnlicensedInstallation refuse;
-    EXPECT_EQ(doc.OnSaveDocument(dir.Path("kept.bal"), sink, refuse), SaveOutcome::RefusedByLicence);
-    EXPECT_EQ(doc.OnSaveDocument(dir.Path("new.bal"), sink, refuse), SaveOutcome::RefusedByLicence);
-    EXPECT_EQ(sink.Texts(), (std::vector<std::string>{"Error: Unlicesed installation.  Saving disabled.",
-                                                      "Error: Unlicesed installation.  Saving disabled."}));
-    EXPECT_EQ(dir.Read("kept.bal"), "previous contents");
-    EXPECT_EQ(dir.FileNames(), (std::vector<std::string>{"kept.bal"}));
-    EXPECT_TRUE(doc.IsModified());
-    EXPECT_EQ(updates, 2); // path, title and views are refreshed all the same
-    EXPECT_EQ(doc.DocumentTitle(), "new");
+    EXPECT_TRUE(SavingAllowed(LicensedInstallation(), sink));
+    EXPECT_FALSE(SavingAllowed(UnlicensedInstallation(), sink));
+    EXPECT_EQ(sink.Texts(), (std::vector<std::string>{"Error: Unlicesed installation.  Saving disabled."}));
 }
 
 TEST(DocumentSave, FailedSaveLeavesTheDocumentAndDiskAsTheyWere)
 {
     test::TempDir dir;
     CBoreAnalystDoc doc;
-    doc.SetModified();
+    doc.AddTrace(Line("GR"));
+    doc.Apply(MakeRemoveTracesChange("Delete GR", {0}));
     CollectingMessageSink sink;
     const auto target = dir.Path("missing-folder") / "x.bal";
     EXPECT_EQ(doc.OnSaveDocument(target, sink), SaveOutcome::Failed);

@@ -19,7 +19,6 @@ struct Sheet {
         auto trace = std::make_unique<CLineTrace>(1, kPenSolid, 1, 0.0f, 100.0f, "GR", "API");
         trace->AppendSample(10.0f, 50.0f);
         line = &static_cast<CLineTrace&>(doc.AddTrace(std::move(trace)));
-        doc.SetModified(false);
     }
 };
 
@@ -72,6 +71,15 @@ TEST(TraceProperties, AcceptedEntriesAreWrittenAndTheRestKept)
     EXPECT_EQ(sheet.line->PenStyle(), kPenDot);
     EXPECT_EQ(sheet.line->Colour(), LineColourFromIndex(1));
     EXPECT_TRUE(sheet.doc.IsModified());
+    EXPECT_EQ(sheet.doc.History().UndoDescription(), "Properties of GR");
+
+    sheet.doc.Undo();
+    EXPECT_EQ(sheet.line->Name(), "GR");
+    EXPECT_EQ(sheet.line->ScaleLeft(), 0.0f);
+    EXPECT_EQ(sheet.line->Track(), sheet.doc.TrackAt(0));
+    EXPECT_FALSE(sheet.line->IsHidden());
+    EXPECT_EQ(sheet.line->PenStyle(), kPenSolid);
+    EXPECT_FALSE(sheet.doc.IsModified());
 }
 
 TEST(TraceProperties, KeepingTheColourKeepsAnOffTableColourValue)

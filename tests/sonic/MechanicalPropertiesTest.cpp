@@ -5,7 +5,7 @@
 
 #include "sonic/MechanicalProperties.h"
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/LineTrace.h"
 

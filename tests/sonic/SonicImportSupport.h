@@ -1,7 +1,7 @@
 #pragma once
 // Runs the raw-data import over bytes in memory and keeps what the tests look at.
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/SonicTrace.h"
 #include "sonic/RawDataImport.h"

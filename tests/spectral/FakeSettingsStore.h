@@ -2,7 +2,7 @@
 // An in-memory settings store for tests: values by root and full path, with a switch that
 // makes every write refused.
 
-#include "app/SettingsStore.h"
+#include "settings/SettingsStore.h"
 
 #include <map>
 #include <utility>

@@ -6,7 +6,7 @@
 
 #include "spectral/SpectrumSynth.h"
 
-#include "app/MessageSink.h"
+#include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
 
 #include <charconv>
@@ -81,7 +81,6 @@ int main(int argc, char** argv)
         doc = std::make_unique<ba::CBoreAnalystDoc>();
     }
     doc->AddTrace(ba::synth::MakeSpectralLog(name, options));
-    doc->SetModified(true);
     if (doc->OnSaveDocument(path, sink) != ba::SaveOutcome::Written) return 1;
     std::printf("%s: added %s, %zu spectra of %d channels from %g m every %g m\n", path.string().c_str(), name.c_str(),
                 options.spectra, options.detector.channels, options.topDepth, options.step);

@@ -17,6 +17,7 @@ class OtherKindTrace final : public CTrace {
 public:
     std::string_view ClassName() const override { return "CImageTrace"; }
     TraceKind Kind() const override { return TraceKind::Image; }
+    std::unique_ptr<CTrace> Clone() const override { return std::make_unique<OtherKindTrace>(*this); }
 };
 
 struct TraceData {

@@ -1,0 +1,4 @@
+# formula
+target_sources(boreanalyst-cli PRIVATE
+  ${CMAKE_CURRENT_SOURCE_DIR}/FormulaCommand.cpp
+)

@@ -1,3 +1,0 @@
-target_sources(boreanalyst_core PRIVATE
-  ${CMAKE_CURRENT_SOURCE_DIR}/io/FileIO.cpp
-)

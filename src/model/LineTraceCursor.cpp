@@ -1,0 +1,60 @@
+#include "model/LineTraceCursor.h"
+
+namespace ba {
+
+CLineTraceCursor::CLineTraceCursor(const CLineTrace& trace)
+    : m_trace(trace), m_depths(trace.StoredDepths().Data()), m_count(trace.SampleCount()),
+      m_factor(DepthUnitFactor(trace.DepthUnit())), m_irregular(trace.IrregularAxis())
+{
+    if (m_count < 3) {
+        m_delegate = true;
+        return;
+    }
+    // ValueAt's search over three or more samples settles on the last sample before d (at
+    // or before d on an irregular axis), looking no further than the next-to-last sample
+    // on a regular axis and the last one on an irregular axis.
+    m_lastCandidate = m_irregular ? m_count - 1 : m_count - 2;
+    m_reach = 2.0f * trace.SamplingStep();
+    for (std::size_t i = 1; i < m_count; ++i) {
+        // Written so that a NaN depth also counts as out of order.
+        if (!(DisplayDepth(i - 1) <= DisplayDepth(i))) {
+            m_delegate = true;
+            return;
+        }
+    }
+}
+
+float CLineTraceCursor::Interpolate(std::size_t i0, std::size_t i1, float d) const
+{
+    // The same arithmetic as CLineTrace::ValueAt, so that the results agree to the bit.
+    const float v0 = m_trace.Value(i0);
+    const float v1 = m_trace.Value(i1);
+    if (IsNullSample(v0) || IsNullSample(v1)) return kNullValue;
+    const double d0 = DisplayDepth(i0);
+    const double d1 = DisplayDepth(i1);
+    if (d1 == d0) return v0;
+    return static_cast<float>(v0 + (d - d0) * (static_cast<double>(v1) - v0) / (d1 - d0));
+}
+
+float CLineTraceCursor::ValueAt(float d)
+{
+    if (m_delegate) return m_trace.ValueAt(d);
+
+    // Over ascending depths "passes" holds for a leading run of samples; the search result
+    // is the last sample of that run within the candidates, or sample 0 when the run is
+    // empty. Move from the previous answer to the new one.
+    while (m_lo < m_lastCandidate && Passes(m_lo + 1, d)) ++m_lo;
+    while (m_lo > 0 && !Passes(m_lo, d)) --m_lo;
+
+    const std::size_t i0 = m_lo;
+    const float depth0 = DisplayDepth(i0);
+    if (depth0 == d) return m_trace.Value(i0);
+    if (i0 + 1 < m_count && depth0 <= d && d <= DisplayDepth(i0 + 1)) return Interpolate(i0, i0 + 1, d);
+    const float first = DisplayDepth(0);
+    const float last = DisplayDepth(m_count - 1);
+    if (d < first && first - d <= m_reach) return Interpolate(0, 0, d);
+    if (d > last && d - last <= m_reach) return Interpolate(m_count - 1, m_count - 1, d);
+    return kNullValue;
+}
+
+} // namespace ba
