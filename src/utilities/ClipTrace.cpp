@@ -7,6 +7,7 @@
 #include "utilities/ValuesChange.h"
 
 #include <cmath>
+#include <optional>
 
 namespace ba {
 namespace {
@@ -34,14 +35,15 @@ std::unique_ptr<CDocumentChange> MakeClipChange(const CBoreAnalystDoc& doc, std:
     if (line == nullptr || !CheckLimits(request, sink) || !CheckResultName(doc, request.newName, sink)) return nullptr;
     const float below = request.toNull ? kNullValue : request.minimum;
     const float above = request.toNull ? kNullValue : request.maximum;
-    ValuePatch patch;
-    const float* v = line->Values().Data();
-    for (std::size_t i = 0, n = line->Values().Size(); i < n; ++i) {
-        if (!IsUsableSample(v[i])) continue;
-        if (v[i] < request.minimum) patch.Add(i, below);
-        else if (v[i] > request.maximum) patch.Add(i, above);
-    }
-    return MakePatchResultChange("Clip " + line->Name(), *line, traceIndex, std::move(patch), request.newName);
+    const auto clipped = [&](std::size_t, float v) -> std::optional<float> {
+        if (!IsUsableSample(v)) return std::nullopt;
+        if (v < request.minimum) return below;
+        if (v > request.maximum) return above;
+        return std::nullopt;
+    };
+    std::size_t outside = 0;
+    for (const float v : line->Values().Items()) outside += clipped(0, v) ? 1 : 0;
+    return MakeChangedValuesResult("Clip " + line->Name(), *line, traceIndex, outside, clipped, request.newName);
 }
 
 } // namespace ba

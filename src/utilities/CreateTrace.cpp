@@ -75,7 +75,10 @@ bool FillValues(const CBoreAnalystDoc& doc, const CreateRequest& request, CLineT
     const std::size_t n = trace.SampleCount();
     CFloatArray& values = trace.Values();
     switch (request.source) {
-    case CreateSource::Constant: values.Assign(std::vector<float>(n, request.constant)); return true;
+    case CreateSource::Constant:
+        values.SetSize(n);
+        std::fill(values.Data(), values.Data() + n, request.constant);
+        return true;
     case CreateSource::Ramp: {
         values.SetSize(n);
         const double start = request.rampStart;

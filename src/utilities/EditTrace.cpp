@@ -31,10 +31,17 @@ std::optional<std::size_t> UsableAfter(const CFloatArray& values, std::size_t la
     return std::nullopt;
 }
 
-// Samples first..last of `line` on the straight line between the nearest usable samples
-// outside them, or nothing after reporting that one side has none.
-std::optional<ValuePatch> Interpolation(const CLineTrace& line, std::size_t first, std::size_t last,
-                                        const DepthInterval& interval, IMessageSink& sink)
+// The straight line in stored depth between the nearest usable samples before sample
+// `first` and after sample `last`, or nothing after reporting that one side has none.
+struct StraightLine {
+    double d0 = 0.0;
+    double v0 = 0.0;
+    double slope = 0.0;
+    float At(float depth) const { return static_cast<float>(v0 + slope * (static_cast<double>(depth) - d0)); }
+};
+
+std::optional<StraightLine> Bridge(const CLineTrace& line, std::size_t first, std::size_t last,
+                                   const DepthInterval& interval, IMessageSink& sink)
 {
     const CFloatArray& depths = line.StoredDepths();
     const CFloatArray& values = line.Values();
@@ -48,14 +55,12 @@ std::optional<ValuePatch> Interpolation(const CLineTrace& line, std::size_t firs
                    ".");
         return std::nullopt;
     }
-    const double d0 = depths[*before];
-    const double v0 = values[*before];
-    const double slope = (static_cast<double>(values[*after]) - v0) / (static_cast<double>(depths[*after]) - d0);
-    ValuePatch patch;
-    for (std::size_t i = first; i <= last; ++i) {
-        patch.Add(i, static_cast<float>(v0 + slope * (static_cast<double>(depths[i]) - d0)));
-    }
-    return patch;
+    StraightLine straight;
+    straight.d0 = depths[*before];
+    straight.v0 = values[*before];
+    straight.slope = (static_cast<double>(values[*after]) - straight.v0) /
+                     (static_cast<double>(depths[*after]) - straight.d0);
+    return straight;
 }
 
 std::unique_ptr<CDocumentChange> EditValues(const CBoreAnalystDoc& doc, std::size_t traceIndex,
@@ -70,27 +75,36 @@ std::unique_ptr<CDocumentChange> EditValues(const CBoreAnalystDoc& doc, std::siz
     // Interpolation walks along the depths, so they must be in order.
     if (request.action == EditAction::Interpolate && !CheckDepthsAscend(*line, sink)) return nullptr;
     std::vector<std::uint8_t> inside;
-    if (MarkSamplesInside(*line, request.interval, inside) == 0) {
+    const std::size_t count = MarkSamplesInside(*line, request.interval, inside);
+    if (count == 0) {
         ReportNoSamplesInside(*line, request.interval, sink);
         return nullptr;
     }
-    ValuePatch patch;
+    const std::string description = "Edit " + line->Name();
     if (request.action == EditAction::Interpolate) {
         // With ascending depths the samples inside form one run.
         std::size_t first = 0;
         while (inside[first] == 0) ++first;
-        std::size_t last = inside.size() - 1;
-        while (inside[last] == 0) --last;
-        auto straight = Interpolation(*line, first, last, request.interval, sink);
+        const std::size_t last = first + count - 1;
+        const auto straight = Bridge(*line, first, last, request.interval, sink);
         if (!straight) return nullptr;
-        patch = std::move(*straight);
-    } else {
-        const float value = request.action == EditAction::SetNull ? kNullValue : request.value;
-        for (std::size_t i = 0; i < inside.size(); ++i) {
-            if (inside[i] != 0) patch.Add(i, value);
-        }
+        const CFloatArray& depths = line->StoredDepths();
+        return MakeChangedValuesResult(
+            description, *line, traceIndex, count,
+            [&](std::size_t i, float) -> std::optional<float> {
+                if (inside[i] == 0) return std::nullopt;
+                return straight->At(depths[i]);
+            },
+            {});
     }
-    return MakePatchResultChange("Edit " + line->Name(), *line, traceIndex, std::move(patch), {});
+    const float value = request.action == EditAction::SetNull ? kNullValue : request.value;
+    return MakeChangedValuesResult(
+        description, *line, traceIndex, count,
+        [&](std::size_t i, float) -> std::optional<float> {
+            if (inside[i] == 0) return std::nullopt;
+            return value;
+        },
+        {});
 }
 
 } // namespace

@@ -37,18 +37,15 @@ void MedianFilter(std::span<const float> values, std::size_t window, std::span<f
                 [&](std::size_t i, const CSortedWindow& sorted) { out[i] = static_cast<float>(sorted.Median()); });
 }
 
-std::size_t Despike(std::span<const float> values, std::size_t window, double k, std::span<float> out)
+void Despike(std::span<const float> values, std::size_t window, double k, std::span<float> out)
 {
-    std::size_t replaced = 0;
     for (std::size_t i = 0; i < values.size(); ++i) out[i] = values[i];
     SlideWindow(values, window, [&](std::size_t i, const CSortedWindow& sorted) {
         const double median = sorted.Median();
         if (std::abs(values[i] - median) > k * sorted.MedianAbsoluteDeviation(median)) {
             out[i] = static_cast<float>(median);
-            ++replaced;
         }
     });
-    return replaced;
 }
 
 } // namespace ba

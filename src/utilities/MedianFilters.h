@@ -15,7 +15,6 @@ void MedianFilter(std::span<const float> values, std::size_t window, std::span<f
 
 // Copies `values` to `out`, except that a usable sample farther than `k` times its
 // window's median absolute deviation from the window's median becomes that median.
-// Returns how many samples were replaced.
-std::size_t Despike(std::span<const float> values, std::size_t window, double k, std::span<float> out);
+void Despike(std::span<const float> values, std::size_t window, double k, std::span<float> out);
 
 } // namespace ba

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,5 +40,33 @@ std::unique_ptr<CDocumentChange> MakeValuesResultChange(std::string description,
 std::unique_ptr<CDocumentChange> MakePatchResultChange(std::string description, const CLineTrace& trace,
                                                        std::size_t index, ValuePatch patch,
                                                        const std::string& newName);
+
+// The same for new values that `newValue(i, value)` gives sample by sample (nothing for a
+// sample that keeps its value), at most `candidates` of them: kept as a patch when few
+// samples change, as a whole array when many do (a patch takes three times the memory of
+// an array per sample).
+template <typename NewValue>
+std::unique_ptr<CDocumentChange> MakeChangedValuesResult(std::string description, const CLineTrace& trace,
+                                                         std::size_t index, std::size_t candidates,
+                                                         NewValue&& newValue, const std::string& newName)
+{
+    const CFloatArray& old = trace.Values();
+    const std::size_t n = old.Size();
+    if (candidates * 3 > n) {
+        CFloatArray values = old;
+        float* v = values.Data();
+        for (std::size_t i = 0; i < n; ++i) {
+            if (const auto changed = newValue(i, v[i])) v[i] = *changed;
+        }
+        return MakeValuesResultChange(std::move(description), trace, index, std::move(values), newName);
+    }
+    ValuePatch patch;
+    patch.indices.reserve(candidates);
+    patch.values.reserve(candidates);
+    for (std::size_t i = 0; i < n; ++i) {
+        if (const auto changed = newValue(i, old[i])) patch.Add(i, *changed);
+    }
+    return MakePatchResultChange(std::move(description), trace, index, std::move(patch), newName);
+}
 
 } // namespace ba
