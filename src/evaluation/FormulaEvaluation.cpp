@@ -15,10 +15,6 @@
 #include <limits>
 #include <thread>
 
-#if defined(__linux__)
-#include <sys/mman.h>
-#endif
-
 namespace ba {
 namespace {
 
@@ -412,24 +408,6 @@ bool DisplayDepthsStrictlyAscending(const CLineTrace& trace)
     return true;
 }
 
-// A new trace's arrays are written once from end to end. Where the system gives huge pages
-// only on request (Linux's usual setting), asking for them makes the first writes fault
-// in 2 MiB at a time instead of 4 KiB; elsewhere this does nothing.
-void AdviseHugePages(const void* data, std::size_t bytes)
-{
-#if defined(MADV_HUGEPAGE)
-    constexpr std::uintptr_t kPage = 4096;
-    constexpr std::uintptr_t kHugePage = 2u << 20;
-    const auto start = reinterpret_cast<std::uintptr_t>(data);
-    const std::uintptr_t begin = (start + kPage - 1) & ~(kPage - 1);
-    const std::uintptr_t end = (start + bytes) & ~(kPage - 1);
-    if (end > begin + kHugePage) ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE); // advice only
-#else
-    (void)data;
-    (void)bytes;
-#endif
-}
-
 // A plot scale that shows the whole curve: its smallest and largest values.
 void ScaleToValues(CLineTrace& trace, const ValueSpan& span)
 {
@@ -473,11 +451,9 @@ std::unique_ptr<CLineTrace> ComputeFormulaLog(const CBoreAnalystDoc& doc, std::s
     auto trace = MakeDerivedLineTrace(doc, 0.0f, 1.0f, std::move(name), std::move(units));
     trace->SetDepthUnit(first.DepthUnit());
     trace->SetFlag(kIrregularAxisFlag, first.IrregularAxis());
+    // Reserved first, so the huge-page advice comes before the first write.
     trace->StoredDepths().Reserve(setup.count);
-    AdviseHugePages(trace->StoredDepths().Data(), setup.count * sizeof(float));
     trace->StoredDepths().Assign(first.StoredDepths().Items());
-    trace->Values().Reserve(setup.count);
-    AdviseHugePages(trace->Values().Data(), setup.count * sizeof(float));
     trace->Values().SetSize(setup.count);
     const Outcome outcome = Evaluate(setup, std::span<float>(trace->Values().Data(), setup.count));
     if (outcome.problems > 0) {

@@ -6,6 +6,8 @@
 // Bulk producers (file readers, importers) that know the final count call Reserve first,
 // which keeps loading linear.
 
+#include "base/MemoryAdvice.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <span>
@@ -53,11 +55,17 @@ public:
     // Sets the size; new elements are zeroed (value-initialised).
     void SetSize(std::size_t n)
     {
-        if (n > m_items.capacity()) m_items.reserve(std::max(n, m_items.capacity() + GrowStep()));
+        if (n > m_items.capacity()) Reserve(std::max(n, m_items.capacity() + GrowStep()));
         m_items.resize(n);
     }
 
-    void Reserve(std::size_t n) { m_items.reserve(n); }
+    // A large new block is given the huge-page advice before anything is written to it.
+    void Reserve(std::size_t n)
+    {
+        if (n <= m_items.capacity()) return;
+        m_items.reserve(n);
+        AdviseHugePages(m_items.data(), m_items.capacity() * sizeof(T));
+    }
     void FreeExtra() { std::vector<T>(m_items.begin(), m_items.end()).swap(m_items); }
     void Clear() { std::vector<T>().swap(m_items); }
 
