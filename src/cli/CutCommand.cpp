@@ -39,14 +39,7 @@ Command AddCutCommand(CLI::App& app)
                                               "the document to OUT.bal.");
     sub->footer(kCutFooter);
     AddDocumentAndTrace(*sub, options->arguments);
-    sub->add_option("--top", options->topText, "top of the interval")
-        ->required()
-        ->type_name("T")
-        ->check(DoubleInto(options->request.interval.top));
-    sub->add_option("--bottom", options->bottomText, "bottom of the interval")
-        ->required()
-        ->type_name("B")
-        ->check(DoubleInto(options->request.interval.bottom));
+    AddIntervalOptions(*sub, options->topText, options->bottomText, options->request.interval);
     auto* mode = sub->add_option_group("mode", "what is kept (one of)");
     mode->add_flag("--keep", options->keep, "keep the interval, drop the rest");
     mode->add_flag("--remove", options->remove, "drop the interval, keep the rest");

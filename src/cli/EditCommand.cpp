@@ -46,14 +46,7 @@ Command AddEditCommand(CLI::App& app)
                                                "save the document to OUT.bal.");
     sub->footer(kEditFooter);
     AddDocumentAndTrace(*sub, options->arguments);
-    sub->add_option("--top", options->topText, "top of the interval")
-        ->required()
-        ->type_name("T")
-        ->check(DoubleInto(options->request.interval.top));
-    sub->add_option("--bottom", options->bottomText, "bottom of the interval")
-        ->required()
-        ->type_name("B")
-        ->check(DoubleInto(options->request.interval.bottom));
+    AddIntervalOptions(*sub, options->topText, options->bottomText, options->request.interval);
     auto* action = sub->add_option_group("action", "what happens to the samples (one of)");
     action->add_option("--set", options->setText, "set each value to V")
         ->type_name("V")

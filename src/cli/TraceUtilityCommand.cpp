@@ -85,6 +85,15 @@ void AddOutputOption(CLI::App& sub, UtilityArguments& arguments)
         ->required();
 }
 
+void AddIntervalOptions(CLI::App& sub, std::string& topText, std::string& bottomText, DepthInterval& interval)
+{
+    sub.add_option("--top", topText, "top of the interval")->required()->type_name("T")->check(DoubleInto(interval.top));
+    sub.add_option("--bottom", bottomText, "bottom of the interval")
+        ->required()
+        ->type_name("B")
+        ->check(DoubleInto(interval.bottom));
+}
+
 void RunTraceUtility(const UtilityArguments& arguments, CommandContext& context, const MakeTraceChange& make)
 {
     const auto doc = OpenOrFail(arguments.document, context.sink);

@@ -8,6 +8,7 @@
 #include "cli/Command.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/DocumentChange.h"
+#include "utilities/DepthInterval.h"
 
 #include <CLI/CLI.hpp>
 
@@ -34,6 +35,10 @@ void AddDocumentAndTrace(CLI::App& sub, UtilityArguments& arguments);
 void AddNewNameOption(CLI::App& sub, UtilityArguments& arguments);
 // -o OUT.bal.
 void AddOutputOption(CLI::App& sub, UtilityArguments& arguments);
+
+// The required --top T and --bottom B of an interval, read in double precision into
+// `interval`; the option texts are kept in `topText` and `bottomText`.
+void AddIntervalOptions(CLI::App& sub, std::string& topText, std::string& bottomText, DepthInterval& interval);
 
 using MakeTraceChange =
     std::function<std::unique_ptr<CDocumentChange>(const CBoreAnalystDoc& doc, std::size_t traceIndex,
