@@ -77,8 +77,15 @@ int main(int argc, char** argv)
                 ba::numeric::VectorPowInUse() ? "4 at a time (AVX2)" : "one at a time");
 
     ba::CBoreAnalystDoc doc;
-    doc.AddTrace(MakeLog("A", samples, 50.0, 20.0));
-    doc.AddTrace(MakeLog("B", samples, 20.0, 5.0));
+    // B shares A's depths, as the curves of one LAS file do; B_COPY holds its own copy of
+    // them, as two traces with the same depths from different sources do.
+    auto a = MakeLog("A", samples, 50.0, 20.0);
+    auto b = MakeLog("B", samples, 20.0, 5.0);
+    auto bCopy = MakeLog("B_COPY", samples, 20.0, 5.0);
+    if (!b->ShareDepthsIfSame(*a)) Fail("A and B have different depths");
+    doc.AddTrace(std::move(a));
+    doc.AddTrace(std::move(b));
+    doc.AddTrace(std::move(bCopy));
     doc.AddTrace(MakeLog("PHI", samples, 0.2, 0.1));
     doc.AddTrace(MakeLog("RW", samples, 0.05, 0.01));
     doc.AddTrace(MakeLog("RT", samples, 20.0, 15.0));
@@ -86,6 +93,7 @@ int main(int argc, char** argv)
 
     const Row rows[] = {
         {"five operations, two traces: (A - B) / (A + B) * 100 + 1", "(A - B) / (A + B) * 100 + 1", false},
+        {"the same, B with its own copy of A's depths", "(A - B_COPY) / (A + B_COPY) * 100 + 1", false},
         {"SQRT(0.62/PHI^2.15*RW/RT)", "SQRT(0.62/PHI^2.15*RW/RT)", true},
         {"the same, RT read at other depths (cursor)", "SQRT(0.62/PHI^2.15*RW/RT_SHIFTED)", true},
     };

@@ -1,13 +1,15 @@
 #!/usr/bin/env bash
-# Sets formula logs beside numpy on this machine: runs bench_formula, then numpy on the
-# same sizes, data and expressions (float32 arrays, as the traces hold them), and prints
-# both medians and their ratio for the five-operation formula and the Archie formula.
-# numpy does less work than a formula log: it neither skips nulls nor counts domain
-# problems, nor builds a trace.
+# Sets formula logs beside numpy on this machine: runs bench_formula and numpy on the same
+# sizes, data and expressions (float32 arrays, as the traces hold them) in alternating
+# rounds, so that both see the machine in the same state, and prints each round's medians,
+# their ratio, and the median ratio over the rounds for the five-operation formula and the
+# Archie formula. numpy does less work than a formula log: it neither skips nulls nor
+# counts domain problems, nor builds a trace.
 #
-#   bench/formula_vs_numpy.sh [BUILD_DIR] [--runs N] [--samples N]
+#   bench/formula_vs_numpy.sh [BUILD_DIR] [--rounds N] [--runs N] [--samples N]
 #
-# BUILD_DIR defaults to build/. numpy comes from the Debian package python3-numpy.
+# BUILD_DIR defaults to build/; --rounds defaults to 5, --runs (per round) to 7. numpy
+# comes from the Debian package python3-numpy.
 set -euo pipefail
 
 build=build
@@ -20,11 +22,12 @@ if [[ ! -x $bench ]]; then
     echo "formula_vs_numpy: $bench is missing; build the bench_formula target first" >&2
     exit 2
 fi
+rounds=5
 runs=7
 samples=10000000
-args=("$@")
 while [[ $# -gt 0 ]]; do
     case $1 in
+    --rounds) rounds=$2 ;;
     --runs) runs=$2 ;;
     --samples) samples=$2 ;;
     *) echo "formula_vs_numpy: unknown option $1" >&2; exit 2 ;;
@@ -39,27 +42,20 @@ for candidate in python3 /usr/bin/python3; do
         break
     fi
 done
-
-figures=$(mktemp)
-trap 'rm -f "$figures"' EXIT
-"$bench" "${args[@]}" | tee "$figures"
-
 if [[ -z $python ]]; then
+    "$bench" --runs "$runs" --samples "$samples"
     echo
     echo "formula_vs_numpy: numpy is missing (install it with: apt-get install python3-numpy); no comparison made."
     exit 1
 fi
 
-"$python" - "$figures" "$samples" "$runs" <<'EOF'
-import re, statistics, sys, time
+"$python" - "$bench" "$samples" "$runs" "$rounds" <<'PYTHON'
+import re, statistics, subprocess, sys, time
 import numpy as np
 
-figures, n, runs = sys.argv[1], int(sys.argv[2]), int(sys.argv[3])
-medians = {}
-for line in open(figures):
-    for key, label in (("five", "five operations"), ("archie", "SQRT(0.62/PHI^2.15*RW/RT) ")):
-        if line.strip().startswith(label):
-            medians[key] = float(re.split(r"\s{2,}", line.strip())[1].split()[0])
+bench, n, runs, rounds = sys.argv[1], int(sys.argv[2]), int(sys.argv[3]), int(sys.argv[4])
+rows = (("five", "five operations", "(A - B) / (A + B) * 100 + 1"),
+        ("archie", "SQRT(0.62/PHI^2.15*RW/RT) ", "SQRT(0.62/PHI^2.15*RW/RT)"))
 
 i = np.arange(n, dtype=np.float64)
 def log(base, swing):
@@ -68,8 +64,12 @@ def log(base, swing):
     return values
 a, b = log(50.0, 20.0), log(20.0, 5.0)
 phi, rw, rt = log(0.2, 0.1), log(0.05, 0.01), log(20.0, 15.0)
+expressions = {
+    "five": lambda: (a - b) / (a + b) * 100 + 1,
+    "archie": lambda: np.sqrt(0.62 / phi ** 2.15 * rw / rt),
+}
 
-def timed(expression):
+def numpy_median(expression):
     seconds = []
     with np.errstate(all="ignore"):
         for _ in range(runs):
@@ -79,16 +79,30 @@ def timed(expression):
             del result
     return statistics.median(seconds)
 
-numpy = {
-    "five": timed(lambda: (a - b) / (a + b) * 100 + 1),
-    "archie": timed(lambda: np.sqrt(0.62 / phi ** 2.15 * rw / rt)),
-}
-print(f"\n  numpy {np.__version__} on the same {n} float32 samples, median of {runs} runs:")
-for key, label in (("five", "(A - B) / (A + B) * 100 + 1"), ("archie", "SQRT(0.62/PHI^2.15*RW/RT)")):
-    ours = medians.get(key)
-    if ours is None:
-        print(f"  {label:30s} numpy {numpy[key]:.4f} s; no bench_formula figure found")
+ours = {key: [] for key, _, _ in rows}
+theirs = {key: [] for key, _, _ in rows}
+for r in range(rounds):
+    output = subprocess.run([bench, "--runs", str(runs), "--samples", str(n)], check=True,
+                            capture_output=True, text=True).stdout
+    if r == 0:
+        print(output)
+    for line in output.splitlines():
+        for key, label, _ in rows:
+            if line.strip().startswith(label):
+                ours[key].append(float(re.split(r"\s{2,}", line.strip())[1].split()[0]))
+    for key, _, _ in rows:
+        theirs[key].append(numpy_median(expressions[key]))
+
+print(f"  numpy {np.__version__} and the formula log on the same {n} float32 samples, "
+      f"{rounds} alternating rounds of {runs} runs each (medians, seconds):")
+for key, _, text in rows:
+    if len(ours[key]) != rounds:
+        print(f"  {text}: no bench_formula figure found")
         continue
-    print(f"  {label:30s} numpy {numpy[key]:.4f} s, formula log {ours:.4f} s: "
-          f"the formula log takes {ours / numpy[key]:.2f} x numpy's time")
-EOF
+    ratios = [o / t for o, t in zip(ours[key], theirs[key])]
+    print(f"  {text}")
+    for r in range(rounds):
+        print(f"    round {r + 1}: formula log {ours[key][r]:.4f}, numpy {theirs[key][r]:.4f}, ratio {ratios[r]:.2f}")
+    print(f"    median ratio {statistics.median(ratios):.2f}: the formula log takes "
+          f"{statistics.median(ratios):.2f} x numpy's time")
+PYTHON

@@ -1,13 +1,13 @@
 #include "evaluation/EquationFormulas.h"
 
 #include "model/Trace.h"
+#include "numeric/ParallelParts.h"
 #include "numeric/VectorPow.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <type_traits>
-#include <thread>
 #include <vector>
 
 namespace ba {
@@ -277,21 +277,8 @@ void EvaluateEquation(int equation, std::span<const float> l1, std::span<const f
     if (out.size() != l1.size()) throw std::invalid_argument("the output must be as long as log 1");
     const RangeFunction range = kRangeFunctions[static_cast<std::size_t>(equation)];
     const std::size_t n = l1.size();
-    const std::size_t cores = std::max(1u, std::thread::hardware_concurrency());
-    const std::size_t parts = std::min(cores, std::max<std::size_t>(1, n / kSamplesPerThread));
-    if (parts <= 1) {
-        range(l1, l2, l3, c, out, 0, n);
-        return;
-    }
-    std::vector<std::jthread> helpers;
-    helpers.reserve(parts - 1);
-    const std::size_t chunk = (n + parts - 1) / parts;
-    for (std::size_t p = 1; p < parts; ++p) {
-        const std::size_t begin = std::min(n, p * chunk);
-        const std::size_t end = std::min(n, begin + chunk);
-        helpers.emplace_back([=, &c] { range(l1, l2, l3, c, out, begin, end); });
-    }
-    range(l1, l2, l3, c, out, 0, std::min(n, chunk));
+    numeric::ForEachPart(n, numeric::PartCount(n, kSamplesPerThread),
+                         [&](std::size_t, std::size_t begin, std::size_t end) { range(l1, l2, l3, c, out, begin, end); });
 }
 
 } // namespace ba

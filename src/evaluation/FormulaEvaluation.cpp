@@ -5,15 +5,17 @@
 #include "model/BoreAnalystDoc.h"
 #include "model/DerivedLineTraces.h"
 #include "model/LineTraceCursor.h"
+#include "numeric/InstructionSets.h"
+#include "numeric/ParallelParts.h"
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <thread>
 
 namespace ba {
 namespace {
@@ -25,7 +27,7 @@ constexpr std::size_t kSamplesPerThread = 1u << 16;
 // Calls f(i) for i < m; a whole block has a fixed trip count, which lets the compiler use
 // vector instructions for simple bodies.
 template <class F>
-void ForBlock(std::size_t m, F&& f)
+BA_INLINE_IN_CLONES void ForBlock(std::size_t m, F&& f)
 {
     if (m == kFormulaBlock) {
         for (std::size_t i = 0; i < kFormulaBlock; ++i) f(i);
@@ -106,7 +108,43 @@ struct Setup {
     const CLineTrace* depthTrace = nullptr; // the depths are this trace's samples ...
     std::span<const float> depths;          // ... or these display depths
     std::size_t count = 0;
+    // Inputs read as Shared on condition: that their stored depths are depthTrace's and
+    // that its display depths ascend strictly (which each block checks before it is used).
+    std::vector<std::size_t> conditionallyShared;
 };
+
+// Whether the display depths of samples first..first+m-1 of `trace` each lie below the next
+// (the last of the block against the first of the next block).
+BA_ALSO_FOR_AVX2 bool BlockAscends(const CLineTrace& trace, std::size_t first, std::size_t m)
+{
+    const float* stored = trace.StoredDepths().Data() + first;
+    const std::size_t pairs = std::min(m, trace.SampleCount() - 1 - first);
+    const double factor = DepthUnitFactor(trace.DepthUnit());
+    const auto display = [factor](float depth) { return static_cast<float>(static_cast<double>(depth) * factor); };
+    std::uint32_t ascending = 1;
+    // Whole blocks have a fixed trip count, so that whole vectors are compared at a time; a
+    // NaN fails either test.
+    if (factor == 1.0 && pairs == kFormulaBlock) { // the display depths are the stored ones
+        for (std::size_t i = 0; i < kFormulaBlock; ++i) ascending &= stored[i] < stored[i + 1] ? 1u : 0u;
+    } else {
+        for (std::size_t i = 0; i < pairs; ++i) ascending &= display(stored[i]) < display(stored[i + 1]) ? 1u : 0u;
+    }
+    return ascending != 0;
+}
+
+// Whether samples first..first+m-1 keep the conditions of setup.conditionallyShared: the
+// display depths ascend, and every such input has the same stored depths.
+bool BlockKeepsSharedDepths(const Setup& setup, std::size_t first, std::size_t m)
+{
+    if (!BlockAscends(*setup.depthTrace, first, m)) return false;
+    const float* stored = setup.depthTrace->StoredDepths().Data();
+    for (const std::size_t k : setup.conditionallyShared) {
+        const CFloatArray& other = setup.inputs[k].trace->StoredDepths();
+        if (other.SharesStorageWith(setup.depthTrace->StoredDepths())) continue;
+        if (std::memcmp(other.Data() + first, stored + first, m * sizeof(float)) != 0) return false;
+    }
+    return true;
+}
 
 // The smallest and largest value that is not null, for the new trace's plot scale.
 struct ValueSpan {
@@ -114,7 +152,7 @@ struct ValueSpan {
     float hi = -std::numeric_limits<float>::infinity();
 
     // Eight running extremes side by side, so that whole vectors are compared at a time.
-    void Include(const float* values, std::size_t m)
+    BA_INLINE_IN_CLONES void Include(const float* values, std::size_t m)
     {
         constexpr std::size_t kLanes = 8;
         std::array<float, kLanes> lanesLo;
@@ -195,7 +233,7 @@ float InterpolateAtSample(const CLineTrace& trace, std::size_t k, double factor)
 // normal float and |v0| <= 2^20·|v1| (so |y| <= (2^20 + 1)·|v1|), that is below |v1|·2^-30,
 // and the rounding to float gives back v1, whose neighbours lie at least |v1|·2^-24 away.
 // Written with & so that whole vectors are tested at a time.
-bool InterpolationGivesV1(float v0, float v1)
+BA_INLINE_IN_CLONES bool InterpolationGivesV1(float v0, float v1)
 {
     const float a1 = std::fabs(v1);
     return (a1 >= std::numeric_limits<float>::min()) & (a1 <= std::numeric_limits<float>::max()) &
@@ -206,7 +244,7 @@ bool InterpolationGivesV1(float v0, float v1)
 // depths being computed. ValueAt's search lands on the sample itself on an irregular axis
 // and at sample 0; otherwise on the pair ending at the sample, which gives v1 (tested as
 // above) or is computed with ValueAt's expression.
-void ReadShared(const CLineTrace& trace, std::size_t first, std::size_t m, float* __restrict out)
+BA_ALSO_FOR_AVX2 void ReadShared(const CLineTrace& trace, std::size_t first, std::size_t m, float* __restrict out)
 {
     if (trace.IrregularAxis()) {
         for (std::size_t i = 0; i < m; ++i) out[i] = trace.Value(first + i);
@@ -219,12 +257,10 @@ void ReadShared(const CLineTrace& trace, std::size_t first, std::size_t m, float
         for (std::size_t i = 0; i < kFormulaBlock; ++i) {
             out[i] = IsNullSample(v[i]) | IsNullSample(v[i + 1]) ? kNullValue : v[i + 1];
         }
-        std::array<std::uint32_t, kFormulaBlock> toCompute;
-        for (std::size_t i = 0; i < kFormulaBlock; ++i) {
-            toCompute[i] = IsNullSample(out[i]) | InterpolationGivesV1(v[i], v[i + 1]) ? 0u : 1u;
-        }
         std::uint32_t any = 0;
-        for (std::size_t i = 0; i < kFormulaBlock; ++i) any |= toCompute[i];
+        for (std::size_t i = 0; i < kFormulaBlock; ++i) {
+            any |= IsNullSample(out[i]) | InterpolationGivesV1(v[i], v[i + 1]) ? 0u : 1u;
+        }
         if (any == 0) return;
         for (std::size_t i = 0; i < kFormulaBlock; ++i) {
             if (!IsNullSample(out[i]) && !InterpolationGivesV1(v[i], v[i + 1])) {
@@ -239,11 +275,11 @@ void ReadShared(const CLineTrace& trace, std::size_t first, std::size_t m, float
     }
 }
 
-bool FitsFloat(double v) { return std::fabs(v) <= static_cast<double>(std::numeric_limits<float>::max()); }
+BA_INLINE_IN_CLONES bool FitsFloat(double v) { return std::fabs(v) <= static_cast<double>(std::numeric_limits<float>::max()); }
 
 // Stores a block of results as floats, null where a result has no value or does not fit a
 // float.
-void StoreBlock(const double* __restrict result, float* __restrict target)
+BA_INLINE_IN_CLONES void StoreBlock(const double* __restrict result, float* __restrict target)
 {
     for (std::size_t i = 0; i < kFormulaBlock; ++i) {
         target[i] = FitsFloat(result[i]) ? static_cast<float>(result[i]) : kNullValue;
@@ -256,7 +292,7 @@ void StoreBlock(const double* __restrict result, float* __restrict target)
 // samples where some input is null. The first pass compares floats with 32-bit flags, so
 // whole vectors are tested at a time; the second confirms each candidate, since a result
 // may also be the null value itself.
-void CountProblems(Outcome& outcome, const float* __restrict stored, const std::uint32_t* __restrict inputNull,
+BA_INLINE_IN_CLONES void CountProblems(Outcome& outcome, const float* __restrict stored, const std::uint32_t* __restrict inputNull,
                    const double* result, std::size_t first, std::size_t m)
 {
     std::uint32_t any = 0;
@@ -269,7 +305,11 @@ void CountProblems(Outcome& outcome, const float* __restrict stored, const std::
     }
 }
 
-void EvaluatePart(const Setup& setup, PartState& state, std::size_t begin, std::size_t end, float* out)
+// Computes samples begin..end-1 into `out`. Stops
+// early, setting `failed`, when a block breaks the conditions of conditionallyShared, or
+// when another part did.
+BA_ALSO_FOR_AVX2 void EvaluatePart(const Setup& setup, PartState& state, std::size_t begin, std::size_t end, float* out,
+                                   std::atomic<bool>& failed)
 {
     const CFormulaProgram& program = *setup.program;
     const std::size_t inputCount = setup.inputs.size();
@@ -285,6 +325,10 @@ void EvaluatePart(const Setup& setup, PartState& state, std::size_t begin, std::
 
     for (std::size_t first = begin; first < end; first += kFormulaBlock) {
         const std::size_t m = std::min(kFormulaBlock, end - first);
+        if (!setup.conditionallyShared.empty() && !BlockKeepsSharedDepths(setup, first, m)) {
+            failed.store(true, std::memory_order_relaxed);
+        }
+        if (failed.load(std::memory_order_relaxed)) return;
         if (needDepths && setup.depthTrace != nullptr) {
             const float* stored = setup.depthTrace->StoredDepths().Data() + first;
             ForBlock(m, [&](std::size_t i) { depths[i] = static_cast<float>(static_cast<double>(stored[i]) * factor); });
@@ -292,7 +336,7 @@ void EvaluatePart(const Setup& setup, PartState& state, std::size_t begin, std::
             std::copy_n(setup.depths.begin() + static_cast<std::ptrdiff_t>(first), m, depths.begin());
         }
 
-        std::fill(state.flags.begin(), state.flags.end(), 0u);
+        if (inputCount == 0) std::fill(state.flags.begin(), state.flags.end(), 0u);
         for (std::size_t k = 0; k < inputCount; ++k) {
             const Input& input = setup.inputs[k];
             float* values = state.values.data() + k * kFormulaBlock;
@@ -325,14 +369,22 @@ void EvaluatePart(const Setup& setup, PartState& state, std::size_t begin, std::
                 break;
             }
             }
-            // Two passes of one lane width each, so that whole vectors go at a time.
+            // Two passes of one lane width each, so that whole vectors go at a time. The
+            // first input sets the flags, the others add to them.
             const float* __restrict v = blockValues[k];
             double* __restrict reg = state.registers.data() + k * kFormulaBlock;
             std::uint32_t* __restrict inputNull = state.flags.data();
+            // Tested once widened (exactly), so that the test and the choice are both of
+            // double width.
+            constexpr double kNullWidened = kNullValue;
             for (std::size_t i = 0; i < kFormulaBlock; ++i) {
-                reg[i] = IsNullSample(v[i]) ? formula::kNoValue : static_cast<double>(v[i]);
+                const double value = v[i];
+                reg[i] = value == kNullWidened ? formula::kNoValue : value;
             }
-            for (std::size_t i = 0; i < kFormulaBlock; ++i) inputNull[i] |= IsNullSample(v[i]) ? 1u : 0u;
+            const std::uint32_t keep = k == 0 ? 0u : ~0u;
+            for (std::size_t i = 0; i < kFormulaBlock; ++i) {
+                inputNull[i] = (inputNull[i] & keep) | (IsNullSample(v[i]) ? 1u : 0u);
+            }
         }
         if (program.UsesDepth()) {
             double* reg = state.registers.data() + program.DepthRegister() * kFormulaBlock;
@@ -349,12 +401,12 @@ void EvaluatePart(const Setup& setup, PartState& state, std::size_t begin, std::
     }
 }
 
-// Computes every sample into `out`, the work split over the machine's cores.
-Outcome Evaluate(const Setup& setup, std::span<float> out)
+// Computes every sample into `out`, the work split over the machine's cores; nothing when
+// the conditions of setup.conditionallyShared do not hold.
+std::optional<Outcome> Evaluate(const Setup& setup, std::span<float> out)
 {
     const std::size_t n = setup.count;
-    const std::size_t cores = std::max(1u, std::thread::hardware_concurrency());
-    const std::size_t parts = std::min(cores, std::max<std::size_t>(1, n / kSamplesPerThread));
+    const std::size_t parts = numeric::PartCount(n, kSamplesPerThread);
     std::vector<PartState> states(parts);
     for (PartState& state : states) {
         state.registers = setup.program->MakeRegisters();
@@ -366,46 +418,31 @@ Outcome Evaluate(const Setup& setup, std::span<float> out)
             if (setup.inputs[k].reading == Reading::Cursor) state.cursors[k].emplace(*setup.inputs[k].trace);
         }
     }
-    const std::size_t chunk = (n + parts - 1) / parts;
-    {
-        std::vector<std::jthread> helpers;
-        helpers.reserve(parts - 1);
-        for (std::size_t p = 1; p < parts; ++p) {
-            const std::size_t begin = std::min(n, p * chunk);
-            const std::size_t end = std::min(n, begin + chunk);
-            helpers.emplace_back([&, p, begin, end] { EvaluatePart(setup, states[p], begin, end, out.data()); });
-        }
-        EvaluatePart(setup, states[0], 0, std::min(n, chunk), out.data());
-    }
+    std::atomic<bool> failed = false;
+    numeric::ForEachPart(n, parts, [&](std::size_t p, std::size_t begin, std::size_t end) {
+        EvaluatePart(setup, states[p], begin, end, out.data(), failed);
+    });
+    if (failed) return std::nullopt;
     Outcome outcome;
     for (const PartState& state : states) outcome.Include(state.outcome);
     return outcome;
 }
 
-// Whether `trace` holds exactly the samples of `depths` at the same depths, so that
-// ValueAt's bracket at each of them is known without a search: the same depth unit and
-// stored depths, three samples or more (fewer are searched differently), display depths
-// strictly ascending.
-bool SharesDepths(const CLineTrace& trace, const CLineTrace& depths, bool depthsStrictlyAscending)
+// Which of the inputs read as Shared on condition keep the condition over the whole trace;
+// asked only when some does not.
+std::vector<bool> KeepSharedDepths(const Setup& setup)
 {
-    const std::size_t n = depths.SampleCount();
-    return depthsStrictlyAscending && trace.DepthUnit() == depths.DepthUnit() && trace.SampleCount() == n &&
-           std::memcmp(trace.StoredDepths().Data(), depths.StoredDepths().Data(), n * sizeof(float)) == 0;
-}
-
-bool DisplayDepthsStrictlyAscending(const CLineTrace& trace)
-{
-    const std::size_t n = trace.SampleCount();
-    if (n < 3) return false;
-    const float* stored = trace.StoredDepths().Data();
-    const double factor = DepthUnitFactor(trace.DepthUnit());
-    float previous = static_cast<float>(static_cast<double>(stored[0]) * factor); // as CTrace::Depth
-    for (std::size_t i = 1; i < n; ++i) {
-        const float depth = static_cast<float>(static_cast<double>(stored[i]) * factor);
-        if (!(previous < depth)) return false; // also refuses NaN
-        previous = depth;
+    std::vector<bool> keeps(setup.conditionallyShared.size(), false);
+    const std::size_t n = setup.count;
+    for (std::size_t first = 0; first < n; first += kFormulaBlock) {
+        if (!BlockAscends(*setup.depthTrace, first, std::min(kFormulaBlock, n - first))) return keeps;
     }
-    return true;
+    const float* stored = setup.depthTrace->StoredDepths().Data();
+    for (std::size_t c = 0; c < keeps.size(); ++c) {
+        const float* other = setup.inputs[setup.conditionallyShared[c]].trace->StoredDepths().Data();
+        keeps[c] = std::memcmp(other, stored, n * sizeof(float)) == 0;
+    }
+    return keeps;
 }
 
 // A plot scale that shows the whole curve: its smallest and largest values.
@@ -434,16 +471,17 @@ std::unique_ptr<CLineTrace> ComputeFormulaLog(const CBoreAnalystDoc& doc, std::s
     setup.program = &bound->program;
     setup.depthTrace = &first;
     setup.count = first.SampleCount();
-    std::optional<bool> ascending; // worked out once, when a trace might share the depths
     for (const CLineTrace* trace : bound->traces) {
         Input input{trace, Reading::Cursor, std::nullopt};
         if (trace == &first) {
             input.reading = Reading::BySample;
         } else if (trace->DepthUnit() != first.DepthUnit()) {
             input.depthScale = DepthUnitFactor(trace->DepthUnit()) / DepthUnitFactor(first.DepthUnit());
-        } else if (trace->SampleCount() == setup.count) {
-            if (!ascending) ascending = DisplayDepthsStrictlyAscending(first);
-            if (SharesDepths(*trace, first, *ascending)) input.reading = Reading::Shared;
+        } else if (trace->SampleCount() == setup.count && setup.count >= 3) {
+            // A trace read at the first one's depths is usually one sampled with it. (Fewer
+            // than three samples are searched differently by ValueAt.)
+            input.reading = Reading::Shared;
+            setup.conditionallyShared.push_back(setup.inputs.size());
         }
         setup.inputs.push_back(input);
     }
@@ -451,15 +489,26 @@ std::unique_ptr<CLineTrace> ComputeFormulaLog(const CBoreAnalystDoc& doc, std::s
     auto trace = MakeDerivedLineTrace(doc, 0.0f, 1.0f, std::move(name), std::move(units));
     trace->SetDepthUnit(first.DepthUnit());
     trace->SetFlag(kIrregularAxisFlag, first.IrregularAxis());
-    // Reserved first, so the huge-page advice comes before the first write.
-    trace->StoredDepths().Reserve(setup.count);
-    trace->StoredDepths().Assign(first.StoredDepths().Items());
-    trace->Values().SetSize(setup.count);
-    const Outcome outcome = Evaluate(setup, std::span<float>(trace->Values().Data(), setup.count));
-    if (outcome.problems > 0) {
-        sink.Warning(NullSamplesWarning(trace->Name(), outcome.problems, first.Depth(outcome.firstProblem)));
+    trace->StoredDepths() = first.StoredDepths(); // shared until either trace changes them
+    // Every value is written by the threads that compute them, so the array is neither
+    // zeroed nor touched here.
+    trace->Values().SetSizeForOverwrite(setup.count);
+    const std::span<float> values(trace->Values().Data(), setup.count);
+    std::optional<Outcome> outcome = Evaluate(setup, values);
+    if (!outcome) {
+        // Some trace does not share the depths after all: read those that do not with a
+        // cursor, and compute again.
+        const std::vector<bool> keeps = KeepSharedDepths(setup);
+        for (std::size_t c = 0; c < keeps.size(); ++c) {
+            if (!keeps[c]) setup.inputs[setup.conditionallyShared[c]].reading = Reading::Cursor;
+        }
+        setup.conditionallyShared.clear();
+        outcome = Evaluate(setup, values);
     }
-    ScaleToValues(*trace, outcome.span);
+    if (outcome->problems > 0) {
+        sink.Warning(NullSamplesWarning(trace->Name(), outcome->problems, first.Depth(outcome->firstProblem)));
+    }
+    ScaleToValues(*trace, outcome->span);
     return trace;
 }
 
@@ -481,7 +530,7 @@ std::optional<std::vector<float>> EvaluateFormulaAtDepths(const CBoreAnalystDoc&
         setup.inputs.push_back(input);
     }
     std::vector<float> values(depths.size());
-    const Outcome outcome = Evaluate(setup, values);
+    const Outcome outcome = *Evaluate(setup, values); // no condition to fail
     if (outcome.problems > 0) {
         sink.Warning(NullSamplesWarning(outputName, outcome.problems, depths[outcome.firstProblem]));
     }

@@ -1,5 +1,6 @@
 #include "evaluation/FormulaProgram.h"
 
+#include "numeric/InstructionSets.h"
 #include "numeric/VectorPow.h"
 
 #include <algorithm>
@@ -17,17 +18,20 @@ using formula::Op;
 using Kernel = void (*)(const double* a, const double* b, const double* c, double* out);
 
 template <Op kOp>
+BA_ALSO_FOR_AVX2
 void Kernel1(const double* __restrict a, const double*, const double*, double* __restrict out)
 {
     for (std::size_t i = 0; i < kFormulaBlock; ++i) out[i] = formula::Apply1(kOp, a[i]);
 }
 
 template <Op kOp>
+BA_ALSO_FOR_AVX2
 void Kernel2(const double* __restrict a, const double* __restrict b, const double*, double* __restrict out)
 {
     for (std::size_t i = 0; i < kFormulaBlock; ++i) out[i] = formula::Apply2(kOp, a[i], b[i]);
 }
 
+BA_ALSO_FOR_AVX2
 void KernelIf(const double* __restrict c, const double* __restrict a, const double* __restrict b,
               double* __restrict out)
 {

@@ -72,8 +72,12 @@ LasImportResult ImportLas(CBoreAnalystDoc& doc, ILasByteSource& source, std::str
     for (std::size_t k = 0; k < read.curves.size(); ++k) {
         auto trace = std::make_unique<CLineTrace>(1, kPenSolid, 0, 0.0f, 100.0f, texts[k].name, texts[k].units);
         trace->SetDepthUnit(depthUnit);
-        trace->StoredDepths().SetSize(samples);
-        read.rows->CopyColumn(0, trace->StoredDepths().Data());
+        if (staged.empty()) {
+            trace->StoredDepths().SetSize(samples);
+            read.rows->CopyColumn(0, trace->StoredDepths().Data());
+        } else {
+            trace->StoredDepths() = staged.front()->StoredDepths(); // one copy of the index for all curves
+        }
         trace->Values().SetSize(samples);
         read.rows->CopyColumn(k + 1, trace->Values().Data());
         read.rows->ReleaseColumn(k + 1);

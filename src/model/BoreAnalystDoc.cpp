@@ -303,6 +303,8 @@ void CBoreAnalystDoc::ReadTraceEntry(CArchiveReader& ar, std::size_t e, std::siz
     }
     std::unique_ptr<CTrace> trace = expected->create();
     trace->Deserialize(ar);
+    // Traces recorded together follow one another with the same depths: one copy serves.
+    if (!m_entries.empty() && m_entries.back().trace) trace->ShareDepthsIfSame(*m_entries.back().trace);
     CTrace& added = *trace;
     added.SetTrack(TrackAt(added.TrackIndex()));
     m_entries.push_back(Entry{kind, std::move(trace)});

@@ -3,6 +3,8 @@
 #include "model/Archive.h"
 
 #include <cmath>
+#include <cstring>
+#include <utility>
 
 namespace ba {
 
@@ -192,6 +194,16 @@ SampleBracket CTrace::FindSamplesAround(float d) const
         result.i0 = result.i1 = n - 1;
     }
     return result;
+}
+
+bool CTrace::ShareDepthsIfSame(const CTrace& other)
+{
+    const CFloatArray& theirs = other.m_depths;
+    if (m_depths.SharesStorageWith(theirs)) return true;
+    if (m_depths.Size() != theirs.Size() || m_depths.Empty()) return false;
+    if (std::memcmp(std::as_const(m_depths).Data(), theirs.Data(), theirs.Size() * sizeof(float)) != 0) return false;
+    m_depths = theirs;
+    return true;
 }
 
 } // namespace ba

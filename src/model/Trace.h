@@ -133,6 +133,9 @@ public:
     const CFloatArray& StoredDepths() const { return m_depths; }
     CFloatArray& StoredDepths() { return m_depths; }
     float StoredDepth(std::size_t i) const { return m_depths[i]; }
+    // Takes the storage of `other`'s depths when they hold the same values bit for bit, so
+    // that traces recorded together keep one copy of their depths; says whether it did.
+    bool ShareDepthsIfSame(const CTrace& other);
 
     // Depth of sample i in display units; 0.0 when i is not below the sample count.
     float Depth(std::size_t i) const;

@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <utility>
 #include <cmath>
 #include <memory>
 #include <optional>
@@ -186,8 +187,10 @@ TEST(FormulaLog, NullInputsAndDomainProblems)
 
 // B: shifted, coarser and irregular; C: A's depths on a regular axis with nulls (ValueAt
 // interpolates from the sample before, so a null neighbour reaches the next sample) and
-// awkward values; D: in feet; E: two samples only. A has 200,000 samples, so the work is
-// split between threads.
+// awkward values; D: in feet; E: two samples only; F: A's depths but one near the end; G:
+// C's values on the very storage of A's depths. P and Q hold the same depths, one of them
+// repeated near the end. The traces have 200,000 samples, so the work is split between
+// threads.
 TEST(FormulaLog, OtherTracesAreReadAsValueAtReadsThem)
 {
     auto doc = std::make_unique<CBoreAnalystDoc>();
@@ -212,26 +215,37 @@ TEST(FormulaLog, OtherTracesAreReadAsValueAtReadsThem)
             d.values.push_back(static_cast<float>(i));
         }
     }
-    AddTrace(*doc, a);
-    AddTrace(*doc, b);
-    AddTrace(*doc, c);
-    AddTrace(*doc, d);
+    TraceSetup f = c;
+    f.name = "F";
+    f.depths[n - 10] += 0.05f;
+    TraceSetup p = c;
+    p.name = "P";
+    p.depths[n - 20] = p.depths[n - 21];
+    TraceSetup q = p;
+    q.name = "Q";
+    q.values = a.values;
+    const CLineTrace& first = AddTrace(*doc, a);
+    for (const TraceSetup& setup : {b, c, d, f, p, q}) AddTrace(*doc, setup);
     AddTrace(*doc, {"E", {1000.0f, 1000.5f}, {1.0f, 2.0f}});
-    const CLineTrace& first = static_cast<const CLineTrace&>(doc->Trace(0));
+    CLineTrace& g = AddTrace(*doc, {"G", a.depths, c.values, kDepthMetres, false});
+    ASSERT_TRUE(g.ShareDepthsIfSame(first));
 
-    for (const std::string other : {"B", "C", "D", "E"}) {
+    const std::pair<std::string, std::string> pairs[] = {{"A", "B"}, {"A", "C"}, {"A", "D"}, {"A", "E"},
+                                                        {"A", "F"}, {"A", "G"}, {"P", "Q"}};
+    for (const auto& [depthsFrom, other] : pairs) {
+        const auto& base = static_cast<const CLineTrace&>(*doc->FindTrace(depthsFrom));
         const auto& trace = static_cast<const CLineTrace&>(*doc->FindTrace(other));
         CollectingMessageSink sink;
-        // A is named first, so the log has A's depths; the condition leaves only the other.
-        const auto log = ComputeFormulaLog(*doc, "IF(0, A, " + other + ")", "OUT", "", sink);
+        // The first trace named gives the depths; the condition leaves only the other.
+        const auto log = ComputeFormulaLog(*doc, "IF(0, " + depthsFrom + ", " + other + ")", "OUT", "", sink);
         ASSERT_TRUE(log) << other;
         ASSERT_EQ(log->SampleCount(), n);
-        const double scale = DepthUnitFactor(trace.DepthUnit()) / DepthUnitFactor(first.DepthUnit());
+        const double scale = DepthUnitFactor(trace.DepthUnit()) / DepthUnitFactor(base.DepthUnit());
         std::size_t mismatches = 0;
         for (std::size_t i = 0; i < n; ++i) {
-            const float depth = trace.DepthUnit() == first.DepthUnit()
-                                    ? first.Depth(i)
-                                    : static_cast<float>(static_cast<double>(first.Depth(i)) * scale);
+            const float depth = trace.DepthUnit() == base.DepthUnit()
+                                    ? base.Depth(i)
+                                    : static_cast<float>(static_cast<double>(base.Depth(i)) * scale);
             const float expected = trace.ValueAt(depth);
             if (std::bit_cast<std::uint32_t>(log->Value(i)) != std::bit_cast<std::uint32_t>(expected) &&
                 mismatches++ < 3) {
@@ -239,6 +253,7 @@ TEST(FormulaLog, OtherTracesAreReadAsValueAtReadsThem)
             }
         }
         EXPECT_EQ(mismatches, 0u) << other;
+        EXPECT_TRUE(log->StoredDepths().SharesStorageWith(base.StoredDepths())) << other;
     }
 }
 

@@ -345,5 +345,33 @@ TEST(LasImportDocument, NamesAndUnitsSurviveSavingAndOpening)
     }
 }
 
+// The curves of one file keep one copy of their depths, and so do traces with the same
+// depths in a document read back; changing one trace's depths changes no other.
+TEST(LasImportDocument, CurvesShareTheirDepthsUntilOneChanges)
+{
+    CBoreAnalystDoc doc;
+    CollectingMessageSink sink;
+    ASSERT_TRUE(ImportLas(doc, kLasFixtures + "basic_metres.las", sink).imported);
+    ASSERT_EQ(doc.TraceCount(), 2u);
+    const auto shared = [](const CBoreAnalystDoc& d, std::size_t i, std::size_t j) {
+        return d.Trace(i).StoredDepths().SharesStorageWith(d.Trace(j).StoredDepths());
+    };
+    EXPECT_TRUE(shared(doc, 0, 1));
+
+    const float before = doc.Trace(1).StoredDepth(0);
+    doc.Trace(1).SetDepth(0, before - 1.0f);
+    EXPECT_EQ(doc.Trace(1).StoredDepth(0), before - 1.0f);
+    EXPECT_EQ(doc.Trace(0).StoredDepth(0), before);
+    EXPECT_FALSE(shared(doc, 0, 1));
+
+    ASSERT_TRUE(ImportLas(doc, kLasFixtures + "basic_metres.las", sink).imported);
+    const std::vector<std::uint8_t> bytes = WriteDocumentBytes(doc);
+    const auto reopened = ReadDocumentBytes(bytes, sink, "memory");
+    EXPECT_EQ(WriteDocumentBytes(*reopened), bytes);
+    EXPECT_FALSE(shared(*reopened, 0, 1));
+    EXPECT_FALSE(shared(*reopened, 1, 2));
+    EXPECT_TRUE(shared(*reopened, 2, 3)); // equal depths one after the other are read once
+}
+
 } // namespace
 } // namespace ba

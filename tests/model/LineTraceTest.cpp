@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace ba {
 namespace {
 
@@ -172,6 +174,50 @@ TEST(GrowableArray, GrowsByAnEighthClampedToFourAndTenTwentyFour)
     CFloatArray fixed(100);
     fixed.Add(1.0f);
     EXPECT_EQ(fixed.Capacity(), 100u);
+}
+
+// A copy shares the storage until either side changes; each change, made to the copy or to
+// the original, leaves the other with the elements it had.
+TEST(GrowableArray, CopiesShareUntilOneChanges)
+{
+    struct Change {
+        const char* name;
+        void (*apply)(CFloatArray&);
+        std::vector<float> after;
+    };
+    const Change changes[] = {
+        {"element", [](CFloatArray& a) { a[1] = 9.0f; }, {1.0f, 9.0f, 3.0f}},
+        {"data", [](CFloatArray& a) { a.Data()[0] = 9.0f; }, {9.0f, 2.0f, 3.0f}},
+        {"add", [](CFloatArray& a) { a.Add(4.0f); }, {1.0f, 2.0f, 3.0f, 4.0f}},
+        {"insert", [](CFloatArray& a) { a.InsertAt(0, 0.0f); }, {0.0f, 1.0f, 2.0f, 3.0f}},
+        {"remove", [](CFloatArray& a) { a.RemoveAt(2); }, {1.0f, 2.0f}},
+        {"size", [](CFloatArray& a) { a.SetSize(4); }, {1.0f, 2.0f, 3.0f, 0.0f}},
+        {"assign", [](CFloatArray& a) { a.Assign(std::vector<float>{5.0f}); }, {5.0f}},
+        {"clear", [](CFloatArray& a) { a.Clear(); }, {}},
+    };
+    const std::vector<float> before = {1.0f, 2.0f, 3.0f};
+    for (const Change& c : changes) {
+        for (const bool changeTheCopy : {true, false}) {
+            CFloatArray original;
+            original.Assign(before);
+            CFloatArray copy = original;
+            ASSERT_TRUE(copy.SharesStorageWith(original));
+            CFloatArray& changed = changeTheCopy ? copy : original;
+            const CFloatArray& kept = changeTheCopy ? original : copy;
+            c.apply(changed);
+            const auto items = [](const CFloatArray& a) { return std::vector<float>(a.Items().begin(), a.Items().end()); };
+            EXPECT_EQ(items(changed), c.after) << c.name;
+            EXPECT_EQ(items(kept), before) << c.name;
+            EXPECT_FALSE(copy.SharesStorageWith(original)) << c.name;
+        }
+    }
+    // A copy made by a change has exactly the copied size as its capacity, as before sharing.
+    CFloatArray grown;
+    for (int i = 0; i < 5; ++i) grown.Add(1.0f);
+    CFloatArray copy = grown;
+    copy[0] = 2.0f;
+    EXPECT_EQ(copy.Capacity(), 5u);
+    EXPECT_EQ(grown.Capacity(), 8u);
 }
 
 } // namespace
