@@ -23,6 +23,9 @@ namespace {
 constexpr std::size_t kIrregularAxisFlag = 2;
 // Below this many samples a second thread costs more than it saves.
 constexpr std::size_t kSamplesPerThread = 1u << 16;
+// The share a thread takes at a time: small enough for the threads to finish together when
+// one core is slowed by other work, large enough to cost nothing to hand out.
+constexpr std::size_t kSamplesPerChunk = 1u << 16;
 
 // Calls f(i) for i < m; a whole block has a fixed trip count, which lets the compiler use
 // vector instructions for simple bodies.
@@ -305,9 +308,8 @@ BA_INLINE_IN_CLONES void CountProblems(Outcome& outcome, const float* __restrict
     }
 }
 
-// Computes samples begin..end-1 into `out`. Stops
-// early, setting `failed`, when a block breaks the conditions of conditionallyShared, or
-// when another part did.
+// Computes samples begin..end-1 into `out`. Stops early, setting `failed`, when a block
+// breaks the conditions of conditionallyShared, or when another thread found one that did.
 BA_ALSO_FOR_AVX2 void EvaluatePart(const Setup& setup, PartState& state, std::size_t begin, std::size_t end, float* out,
                                    std::atomic<bool>& failed)
 {
@@ -419,8 +421,8 @@ std::optional<Outcome> Evaluate(const Setup& setup, std::span<float> out)
         }
     }
     std::atomic<bool> failed = false;
-    numeric::ForEachPart(n, parts, [&](std::size_t p, std::size_t begin, std::size_t end) {
-        EvaluatePart(setup, states[p], begin, end, out.data(), failed);
+    numeric::ForEachChunk(n, kSamplesPerChunk, parts, [&](std::size_t worker, std::size_t begin, std::size_t end) {
+        EvaluatePart(setup, states[worker], begin, end, out.data(), failed);
     });
     if (failed) return std::nullopt;
     Outcome outcome;

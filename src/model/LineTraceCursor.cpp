@@ -36,6 +36,26 @@ float CLineTraceCursor::Interpolate(std::size_t i0, std::size_t i1, float d) con
     return static_cast<float>(v0 + (d - d0) * (static_cast<double>(v1) - v0) / (d1 - d0));
 }
 
+void CLineTraceCursor::StrideForward(float d)
+{
+    // m_lo passes; find a sample that does not in doubling strides, then the last that does
+    // between the two by halving.
+    std::size_t fails = m_lastCandidate + 1;
+    for (std::size_t stride = 1; m_lo < m_lastCandidate; stride *= 2) {
+        const std::size_t probe = std::min(m_lastCandidate, m_lo + stride);
+        if (!Passes(probe, d)) {
+            fails = probe;
+            break;
+        }
+        m_lo = probe;
+    }
+    while (fails - m_lo > 1) {
+        const std::size_t middle = m_lo + (fails - m_lo) / 2;
+        if (Passes(middle, d)) m_lo = middle;
+        else fails = middle;
+    }
+}
+
 float CLineTraceCursor::ValueAt(float d)
 {
     if (m_delegate) return m_trace.ValueAt(d);
@@ -43,7 +63,14 @@ float CLineTraceCursor::ValueAt(float d)
     // Over ascending depths "passes" holds for a leading run of samples; the search result
     // is the last sample of that run within the candidates, or sample 0 when the run is
     // empty. Move from the previous answer to the new one.
-    while (m_lo < m_lastCandidate && Passes(m_lo + 1, d)) ++m_lo;
+    std::size_t steps = 0;
+    while (m_lo < m_lastCandidate && Passes(m_lo + 1, d)) {
+        ++m_lo;
+        if (++steps == kStepsBeforeStriding) {
+            StrideForward(d);
+            break;
+        }
+    }
     while (m_lo > 0 && !Passes(m_lo, d)) --m_lo;
 
     const std::size_t i0 = m_lo;

@@ -26,6 +26,10 @@ private:
     // Whether the sample search passes sample i on its way to d.
     bool Passes(std::size_t i, float d) const { return m_irregular ? DisplayDepth(i) <= d : DisplayDepth(i) < d; }
     float Interpolate(std::size_t i0, std::size_t i1, float d) const;
+    // After this many single steps forward the walk takes long strides, so that a reader
+    // skipping far ahead (a thread taking the next share of a computation) pays little.
+    static constexpr std::size_t kStepsBeforeStriding = 16;
+    void StrideForward(float d);
 
     const CLineTrace& m_trace;
     const float* m_depths;

@@ -3,6 +3,7 @@
 // sample depends on nothing computed for another.
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <system_error>
 #include <thread>
@@ -40,6 +41,23 @@ void ForEachPart(std::size_t n, std::size_t parts, F&& f)
     }
     run(0);
     for (std::size_t p = started; p < parts; ++p) run(p);
+}
+
+// Calls f(worker, begin, end) for consecutive chunks of [0, n) of `chunk` samples each,
+// handed out in order to `workers` threads as each becomes free, so that a core slowed by
+// other work takes fewer chunks instead of holding the others up. Each worker sees its
+// chunks in ascending order; the calling thread is worker 0.
+template <class F>
+void ForEachChunk(std::size_t n, std::size_t chunk, std::size_t workers, F&& f)
+{
+    std::atomic<std::size_t> next = 0;
+    ForEachPart(workers, workers, [&](std::size_t worker, std::size_t, std::size_t) {
+        for (;;) {
+            const std::size_t begin = next.fetch_add(chunk, std::memory_order_relaxed);
+            if (begin >= n) return;
+            f(worker, begin, std::min(n, begin + chunk));
+        }
+    });
 }
 
 } // namespace ba::numeric
