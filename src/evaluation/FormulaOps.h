@@ -111,11 +111,9 @@ inline double Apply2(Op op, double a, double b)
     case Op::Add: return a + b;
     case Op::Subtract: return a - b;
     case Op::Multiply: return a * b;
-    case Op::Divide: {
-        // Divided before the test, so that the compiler may divide whole vectors at a time.
-        const double q = a / b;
-        return b == 0.0 ? kNoValue : Finite(q);
-    }
+    // A division by zero gives an infinity, or a NaN for 0/0: Finite turns either into no
+    // value, so no test of the divisor is needed.
+    case Op::Divide: return Finite(a / b);
     case Op::Power: return Power(a, b);
     case Op::Min: return either ? kNoValue : (b < a ? b : a);
     case Op::Max: return either ? kNoValue : (b > a ? b : a);
