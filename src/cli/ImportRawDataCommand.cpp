@@ -5,9 +5,10 @@
 #include "cli/DocumentAccess.h"
 #include "cli/JsonFormat.h"
 #include "model/SonicTrace.h"
-#include "sonic/RawDataImport.h"
+#include "sonic/RawDataImportProcess.h"
 
 #include <memory>
+#include <utility>
 #include <string>
 
 namespace ba::cli {
@@ -41,8 +42,11 @@ void RunImportRawData(const ImportRawDataOptions& options, CommandContext& conte
         intoDocument ? OpenOrFail(options.first, context.sink) : std::make_unique<CBoreAnalystDoc>();
 
     const std::size_t firstNew = doc->TraceCount();
-    const RawDataImportResult result = ImportRawData(*doc, rdPath, context.sink);
-    if (!result.opened) throw CommandFailure(kExitFailure, {});
+    auto source = OpenRawDataFile(rdPath, context.sink);
+    if (!source) throw CommandFailure(kExitFailure, {});
+    CRawDataImportProcess job(*doc, std::move(source), rdPath, context.sink);
+    RunWithoutPanel(job);
+    const RawDataImportResult& result = job.Result();
 
     Json summary;
     summary["file"] = rdPath;

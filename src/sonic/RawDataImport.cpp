@@ -43,6 +43,8 @@ float TimeStepMinutes(const RawRecord& record)
     return static_cast<float>(minutes);
 }
 
+} // namespace
+
 class RawDataImporter {
 public:
     RawDataImporter(CBoreAnalystDoc& doc, std::string_view fileName, IMessageSink& sink)
@@ -50,37 +52,56 @@ public:
     {
     }
 
-    RawDataImportResult Run(IRawByteSource& source, const RawDataImportOptions& options)
+    void Open(IRawByteSource& source, std::size_t chunkBytes)
     {
-        RawRecordReader reader(source, options.chunkBytes);
-        const std::uint64_t total = source.SizeHint();
-        const std::uint64_t interval = std::max<std::uint64_t>(options.progressIntervalBytes, 1);
-        std::uint64_t nextProgress = interval;
+        m_total = source.SizeHint();
+        m_reader = std::make_unique<RawRecordReader>(source, chunkBytes);
+    }
+    std::uint64_t TotalBytes() const { return m_total; }
+    std::uint64_t BytesRead() const { return m_result.bytesRead; }
+
+    // Reads whole records until at least `bytes` are read or nothing is left; says whether
+    // more remains. A fault is reported and ends the reading.
+    bool ReadTo(std::uint64_t bytes)
+    {
+        if (m_ended) return false;
         try {
             RawRecord record;
-            while (reader.Next(record)) {
+            while (m_result.bytesRead < bytes) {
+                if (!m_reader->Next(record)) {
+                    m_result.complete = true;
+                    m_ended = true;
+                    return false;
+                }
                 ++m_result.records;
                 Handle(record);
-                m_result.bytesRead = reader.BytesConsumed();
-                if (options.progress && m_result.bytesRead >= nextProgress) {
-                    nextProgress = m_result.bytesRead + interval;
-                    const double fraction = total > 0 ? static_cast<double>(m_result.bytesRead) / static_cast<double>(total) : 0.0;
-                    if (!options.progress(fraction < 1.0 ? fraction : 1.0)) {
-                        m_result.cancelled = true;
-                        break;
-                    }
-                }
+                m_result.bytesRead = m_reader->BytesConsumed();
             }
-            m_result.complete = !m_result.cancelled;
+            return true;
         } catch (const RawRecordError& e) {
             m_sink.Error("Error: \"" + m_fileName + "\" record " + std::to_string(e.Record()) + " (byte offset " +
                          std::to_string(e.Offset()) + "): " + e.what() + ".");
         } catch (const RawInputError& e) {
-            m_sink.Error("Error: \"" + m_fileName + "\" after byte " + std::to_string(reader.BytesConsumed()) + ": " +
-                         e.what() + ".");
+            m_sink.Error("Error: \"" + m_fileName + "\" after byte " + std::to_string(m_reader->BytesConsumed()) +
+                         ": " + e.what() + ".");
         }
-        Finish();
-        if (m_result.complete && options.progress) options.progress(1.0);
+        m_ended = true;
+        return false;
+    }
+
+    // Hands the traces to the document; `stopped` when the reading was stopped before the end.
+    RawDataImportResult Finish(bool stopped)
+    {
+        m_result.cancelled = stopped && !m_ended;
+        m_result.opened = true;
+        for (std::size_t r = 0; r < m_traces.size(); ++r) m_rows[r].MoveInto(*m_traces[r]);
+        if (!m_traces.empty()) {
+            std::vector<std::unique_ptr<CTrace>> traces(std::make_move_iterator(m_traces.begin()),
+                                                        std::make_move_iterator(m_traces.end()));
+            m_traces.clear();
+            m_doc.Apply(MakeAddTracesChange("Import " + std::filesystem::path(m_fileName).filename().string(),
+                                            std::move(traces)));
+        }
         return m_result;
     }
 
@@ -195,21 +216,12 @@ private:
         m_result.tracesAdded = receivers;
     }
 
-    // Hands the collected rows to their traces, shallowest first.
-    void Finish()
-    {
-        for (std::size_t r = 0; r < m_traces.size(); ++r) m_rows[r].MoveInto(*m_traces[r]);
-        if (m_traces.empty()) return;
-        std::vector<std::unique_ptr<CTrace>> traces(std::make_move_iterator(m_traces.begin()),
-                                                    std::make_move_iterator(m_traces.end()));
-        m_traces.clear();
-        m_doc.Apply(MakeAddTracesChange("Import " + std::filesystem::path(m_fileName).filename().string(),
-                                        std::move(traces)));
-    }
-
     CBoreAnalystDoc& m_doc;
     std::string m_fileName;
     IMessageSink& m_sink;
+    std::unique_ptr<RawRecordReader> m_reader;
+    std::uint64_t m_total = 0;
+    bool m_ended = false; // the file ended, or a fault ended the reading
     RawDataImportResult m_result;
     SonicRecord m_record;
     bool m_tracesMade = false;
@@ -220,27 +232,53 @@ private:
     std::int64_t m_stationCounter = 0;
 };
 
-} // namespace
+std::unique_ptr<IRawByteSource> OpenRawDataFile(const std::filesystem::path& path, IMessageSink& sink)
+{
+    std::string reason;
+    auto source = RawFileSource::Open(path, reason);
+    if (!source) sink.Error("Error: \"" + path.string() + "\": the raw-data file cannot be opened (" + reason + ").");
+    return source;
+}
 
 RawDataImportResult ImportRawData(CBoreAnalystDoc& doc, const std::filesystem::path& path, IMessageSink& sink,
                                   const RawDataImportOptions& options)
 {
-    std::string reason;
-    const auto source = RawFileSource::Open(path, reason);
-    if (!source) {
-        sink.Error("Error: \"" + path.string() + "\": the raw-data file cannot be opened (" + reason + ").");
-        return {};
-    }
+    const auto source = OpenRawDataFile(path, sink);
+    if (!source) return {};
     return ImportRawData(doc, *source, path.string(), sink, options);
 }
 
 RawDataImportResult ImportRawData(CBoreAnalystDoc& doc, IRawByteSource& source, std::string_view fileName,
                                   IMessageSink& sink, const RawDataImportOptions& options)
 {
-    RawDataImporter importer(doc, fileName, sink);
-    RawDataImportResult result = importer.Run(source, options);
-    result.opened = true;
+    CRawDataImportSteps steps(doc, source, fileName, sink, options.chunkBytes);
+    const std::uint64_t total = steps.TotalBytes();
+    const std::uint64_t interval = std::max<std::uint64_t>(options.progressIntervalBytes, 1);
+    bool stopped = false;
+    for (std::uint64_t target = interval; steps.ReadTo(options.progress ? target : kWholeFile); target += interval) {
+        const double fraction = total > 0 ? static_cast<double>(steps.BytesRead()) / static_cast<double>(total) : 0.0;
+        if (!options.progress(std::min(fraction, 1.0))) {
+            stopped = true;
+            break;
+        }
+    }
+    const RawDataImportResult result = steps.Finish(stopped);
+    if (result.complete && options.progress) options.progress(1.0);
     return result;
 }
+
+CRawDataImportSteps::CRawDataImportSteps(CBoreAnalystDoc& doc, IRawByteSource& source, std::string_view fileName,
+                                         IMessageSink& sink, std::size_t chunkBytes)
+    : m_importer(std::make_unique<RawDataImporter>(doc, fileName, sink))
+{
+    m_importer->Open(source, chunkBytes);
+}
+
+CRawDataImportSteps::~CRawDataImportSteps() = default;
+
+std::uint64_t CRawDataImportSteps::TotalBytes() const { return m_importer->TotalBytes(); }
+std::uint64_t CRawDataImportSteps::BytesRead() const { return m_importer->BytesRead(); }
+bool CRawDataImportSteps::ReadTo(std::uint64_t bytes) { return m_importer->ReadTo(bytes); }
+RawDataImportResult CRawDataImportSteps::Finish(bool stopped) { return m_importer->Finish(stopped); }
 
 } // namespace ba

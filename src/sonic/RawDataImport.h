@@ -35,6 +35,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <limits>
+#include <memory>
 #include <string_view>
 
 namespace ba {
@@ -68,6 +70,9 @@ struct RawDataImportResult {
     std::uint64_t bytesRead = 0;     // bytes of the whole records read
 };
 
+// Opens the file at `path` for reading, or reports why it cannot be opened.
+std::unique_ptr<IRawByteSource> OpenRawDataFile(const std::filesystem::path& path, IMessageSink& sink);
+
 // Imports the file at `path`. A file that cannot be opened is reported and changes nothing.
 RawDataImportResult ImportRawData(CBoreAnalystDoc& doc, const std::filesystem::path& path, IMessageSink& sink,
                                   const RawDataImportOptions& options = {});
@@ -75,5 +80,32 @@ RawDataImportResult ImportRawData(CBoreAnalystDoc& doc, const std::filesystem::p
 // The same from any source of bytes; `fileName` names it in messages.
 RawDataImportResult ImportRawData(CBoreAnalystDoc& doc, IRawByteSource& source, std::string_view fileName,
                                   IMessageSink& sink, const RawDataImportOptions& options = {});
+
+inline constexpr std::uint64_t kWholeFile = std::numeric_limits<std::uint64_t>::max();
+
+class RawDataImporter;
+
+// The same import a slice at a time, for a job that reads the file in steps: ReadTo as often
+// as wanted, then Finish once, which adds the traces to the document (what was read so far,
+// when the reading was stopped or ended by a fault).
+class CRawDataImportSteps {
+public:
+    CRawDataImportSteps(CBoreAnalystDoc& doc, IRawByteSource& source, std::string_view fileName, IMessageSink& sink,
+                        std::size_t chunkBytes = RawRecordReader::kDefaultChunkBytes);
+    ~CRawDataImportSteps();
+    CRawDataImportSteps(const CRawDataImportSteps&) = delete;
+    CRawDataImportSteps& operator=(const CRawDataImportSteps&) = delete;
+
+    std::uint64_t TotalBytes() const; // the source's size, 0 when unknown
+    std::uint64_t BytesRead() const;
+    // Reads whole records until at least `bytes` are read; false once nothing is left to
+    // read (the end of the file, or a fault, which is reported).
+    bool ReadTo(std::uint64_t bytes);
+    // `stopped`: the reading was stopped before the file ended.
+    RawDataImportResult Finish(bool stopped);
+
+private:
+    std::unique_ptr<RawDataImporter> m_importer;
+};
 
 } // namespace ba

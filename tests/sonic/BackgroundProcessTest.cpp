@@ -1,17 +1,19 @@
 #include "sonic/BackgroundProcess.h"
 
+#include "sonic/ProgressMessageLoop.h"
+
 #include <gtest/gtest.h>
 
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <deque>
-#include <functional>
 #include <string>
 #include <vector>
 
 namespace ba {
 namespace {
+
+using test::MessageLoop;
 
 // A job whose station i computes a value that depends on i alone, and which records what
 // it handed over.
@@ -37,71 +39,6 @@ public:
     std::vector<float> values;
     std::vector<std::size_t> computed; // in order, for a job whose stations depend on each other
     std::vector<std::size_t> handedOver;
-};
-
-// The desktop's event loop in miniature: posts queue up and are delivered in order. The
-// panel, the host and the job talk only through it.
-class MessageLoop final : public IProgressPoster, public CProgressPanel::IHostPoster {
-public:
-    MessageLoop() : panel(*this) {}
-
-    bool PanelShowing() const override { return panel.IsOpen(); }
-    void PostProgress(int percent) override
-    {
-        Post(Kind::Progress, [this, percent] {
-            progress.push_back(percent);
-            panel.OnProgress(percent);
-        });
-    }
-    void PostFinished() override
-    {
-        Post(Kind::Finished, [this] {
-            ++finished;
-            panel.OnFinished();
-        });
-    }
-    void PostStopRequest() override
-    {
-        ++stopRequests;
-        Post(Kind::StopRequest, [this] { host.OnStopRequest(); });
-    }
-    void PostReady() override
-    {
-        Post(Kind::Ready, [this] { host.OnReady(StopRequestWaiting()); });
-    }
-
-    // Delivers messages until none is left, calling `between` before each.
-    void Run(const std::function<void()>& between = {})
-    {
-        while (!queue.empty()) {
-            if (between) between();
-            const auto message = std::move(queue.front());
-            queue.pop_front();
-            message.deliver();
-        }
-    }
-
-    CProgressPanel panel;
-    CProcessHost host;
-    std::vector<int> progress; // as the panel received them
-    int finished = 0;
-    int stopRequests = 0;
-
-private:
-    enum class Kind { Progress, Finished, StopRequest, Ready };
-    struct Posted {
-        Kind kind;
-        std::function<void()> deliver;
-    };
-    void Post(Kind kind, std::function<void()> deliver) { queue.push_back({kind, std::move(deliver)}); }
-    bool StopRequestWaiting() const
-    {
-        for (const Posted& p : queue) {
-            if (p.kind == Kind::StopRequest) return true;
-        }
-        return false;
-    }
-    std::deque<Posted> queue;
 };
 
 TEST(BackgroundProcess, ProgressRunsFromZeroToAHundredAStationAtATime)

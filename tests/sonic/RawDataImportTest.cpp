@@ -1,5 +1,7 @@
 // What an import of CLP sonic records puts into a document.
 
+#include "sonic/ProgressMessageLoop.h"
+#include "sonic/RawDataImportProcess.h"
 #include "sonic/SonicImportSupport.h"
 #include "support/Bytes.h"
 
@@ -15,6 +17,7 @@ namespace {
 using test::AppendStation;
 using test::FlatBlock;
 using test::ImportBytes;
+using test::SonicImport;
 
 // One sonic record worked out by hand, between a data record of another block and a
 // record of another type, which are passed over.
@@ -314,6 +317,55 @@ TEST(RawDataImport, ProgressCanStopTheImportKeepingTheStationsRead)
     EXPECT_FALSE(run.result.complete);
     EXPECT_EQ(fractions, (std::vector<double>{0.3, 0.6}));
     EXPECT_EQ(run.Sonic(0).RowCount(), 6u);
+}
+
+// Under the background processing each step reads the next hundredth of the file: run to
+// the end it gives the document the plain import gives; stopped, the stations read so far.
+TEST(RawDataImport, AsAJobEachStepReadsAHundredthAndAStopKeepsWhatWasRead)
+{
+    std::vector<std::uint8_t> bytes;
+    for (int s = 0; s < 200; ++s) AppendStation(bytes, static_cast<float>(s) * 0.1f, {FlatBlock(100, 0)});
+    const auto whole = ImportBytes(bytes);
+    ASSERT_TRUE(whole.result.complete);
+
+    struct Case {
+        std::size_t stopAfter; // progress messages before the stop; 0: never
+        std::size_t rows;
+        bool complete;
+    };
+    // 200 equal records, two per step; a stop after p progress messages lets step p finish.
+    const Case cases[] = {{0, 200, true}, {10, 20, false}, {1, 2, false}};
+    for (const Case& c : cases) {
+        SonicImport run;
+        std::size_t calls = 0;
+        CRawDataImportProcess job(*run.doc, std::make_unique<RawMemorySource>(bytes), "test.rd", run.sink,
+                                  [&](const RawDataImportResult& r) {
+                                      ++calls;
+                                      run.result = r;
+                                  });
+        test::MessageLoop loop;
+        loop.panel.Open();
+        ASSERT_TRUE(loop.host.Start(job, loop));
+        loop.Run([&] {
+            if (c.stopAfter != 0 && loop.progress.size() == c.stopAfter) loop.panel.PressStop();
+        });
+        EXPECT_EQ(calls, 1u) << c.stopAfter;
+        EXPECT_EQ(run.result.complete, c.complete) << c.stopAfter;
+        EXPECT_EQ(run.result.cancelled, !c.complete) << c.stopAfter;
+        ASSERT_EQ(run.doc->TraceCount(), 1u) << c.stopAfter;
+        EXPECT_EQ(run.Sonic(0).RowCount(), c.rows) << c.stopAfter;
+        if (c.complete) {
+            EXPECT_EQ(WriteDocumentBytes(*run.doc), WriteDocumentBytes(*whole.doc));
+            EXPECT_EQ(loop.progress.size(), CRawDataImportProcess::kSteps + 1);
+            EXPECT_EQ(loop.progress.back(), 100);
+        }
+    }
+
+    SonicImport quiet; // the command line's way: no panel
+    CRawDataImportProcess job(*quiet.doc, std::make_unique<RawMemorySource>(bytes), "test.rd", quiet.sink);
+    RunWithoutPanel(job);
+    EXPECT_TRUE(job.Result().complete);
+    EXPECT_EQ(WriteDocumentBytes(*quiet.doc), WriteDocumentBytes(*whole.doc));
 }
 
 } // namespace
