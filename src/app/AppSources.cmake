@@ -3,6 +3,7 @@
 add_library(boreanalyst_shell STATIC
   ${CMAKE_CURRENT_SOURCE_DIR}/DocumentWindow.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/HistoryPanel.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/JobRunner.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/MainFrame.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/MainFrameCommands.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/TraceClipboardBridge.cpp

@@ -2,6 +2,7 @@
 
 #include "app/DocumentWindow.h"
 #include "app/HistoryPanel.h"
+#include "app/JobRunner.h"
 #include "app/TraceClipboardBridge.h"
 #include "view/LogPlotView.h"
 #include "view/MessageBoxSink.h"
@@ -67,6 +68,7 @@ CMainFrame::CMainFrame(ShellServices services, QWidget* parent)
     statusBar()->addPermanentWidget(m_valueLabel);
 
     m_history = new CHistoryPanel(this);
+    m_jobs = new CJobRunner(*this);
     addDockWidget(Qt::RightDockWidgetArea, m_history);
 
     CreateActions();

@@ -28,6 +28,7 @@ namespace ba {
 class CBoreAnalystDoc;
 class CDocumentWindow;
 class CHistoryPanel;
+class CJobRunner;
 class CMessageBoxSink;
 class CTrace;
 
@@ -65,7 +66,8 @@ public:
     // Imports into the active document, or into a new one when none is open.
     bool ImportLasFile(const QString& path);
     // Imports the sonic waveforms of a raw-data file into the active document, or into a
-    // new one when none is open, with a progress dialog whose Cancel keeps what was read.
+    // new one when none is open, as a job under the progress dialog, whose Stop keeps what
+    // was read. Returns when the job has ended: true when traces were added.
     bool ImportRawDataFile(const QString& path);
     bool ExportLasFile(const QString& path);
     bool ExportTextFile(const QString& path);
@@ -81,6 +83,8 @@ public:
     bool UndoChange();
     bool RedoChange();
     CHistoryPanel& HistoryPanel() const { return *m_history; }
+    // Runs the long jobs (raw-data import, sonic processing) one at a time.
+    CJobRunner& Jobs() const { return *m_jobs; }
     // The Edit menu's texts: "Undo <what>" / "Redo <what>".
     QString UndoText() const;
     QString RedoText() const;
@@ -155,6 +159,7 @@ private:
     QLabel* m_valueLabel = nullptr;
     QMenu* m_recentMenu = nullptr;
     CHistoryPanel* m_history = nullptr;
+    CJobRunner* m_jobs = nullptr;
     int m_untitledCount = 0;
 
     struct Actions {

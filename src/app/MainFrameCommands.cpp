@@ -3,6 +3,7 @@
 #include "app/MainFrame.h"
 
 #include "app/DocumentWindow.h"
+#include "app/JobRunner.h"
 #include "settings/SettingsStore.h"
 #include "app/TraceClipboardBridge.h"
 #include "base/LicenceCheck.h"
@@ -16,7 +17,7 @@
 #include "model/LineTrace.h"
 #include "model/SonicTrace.h"
 #include "model/TraceClipboard.h"
-#include "sonic/RawDataImport.h"
+#include "sonic/RawDataImportProcess.h"
 #include "view/CommonLogsDlg.h"
 #include "view/FormulaLogDlg.h"
 #include "view/GoToDepthDlg.h"
@@ -36,8 +37,8 @@
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
+#include <QPointer>
 #include <QPrinter>
-#include <QProgressDialog>
 #include <QStatusBar>
 
 #include <algorithm>
@@ -78,7 +79,6 @@ private:
 };
 
 // The progress dialog of a raw-data import counts in thousandths of the file.
-constexpr int kImportProgressSteps = 1000;
 
 // The selected traces of a window in document order, so that "the first image trace" is the
 // first in the document, not the first clicked.
@@ -171,30 +171,25 @@ bool CMainFrame::ImportLasFile(const QString& path)
 
 bool CMainFrame::ImportRawDataFile(const QString& path)
 {
+    if (m_jobs->Running()) return false;
+    auto source = OpenRawDataFile(ToPath(path), *m_sink);
+    if (!source) return false;
     CDocumentWindow* window = ActiveDocumentWindow();
     const bool freshDocument = window == nullptr;
     if (freshDocument) window = NewDocument();
-    QProgressDialog progress(tr("Importing %1...").arg(QFileInfo(path).fileName()), tr("Cancel"), 0,
-                             kImportProgressSteps, this);
-    progress.setWindowTitle(tr("Import Raw Data"));
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(500);
-    progress.setValue(0);
-    RawDataImportOptions options;
-    options.progress = [&progress](double fraction) {
-        // setValue lets a modal progress dialog process events, so Cancel is seen here.
-        progress.setValue(static_cast<int>(std::lround(std::clamp(fraction, 0.0, 1.0) * kImportProgressSteps)));
-        return !progress.wasCanceled();
-    };
+    const QPointer<CDocumentWindow> target = window;
+    RawDataImportResult outcome;
     CBoreAnalystDoc& doc = window->Document();
-    const RawDataImportResult result = ImportRawData(doc, ToPath(path), *m_sink, options);
-    progress.reset();
-    if (result.tracesAdded == 0) {
+    m_jobs->Start(std::make_unique<CRawDataImportProcess>(doc, std::move(source), ToPath(path).string(), *m_sink,
+                                                          [&outcome](const RawDataImportResult& r) { outcome = r; }));
+    m_jobs->WaitUntilIdle();
+    if (target == nullptr) return false;
+    if (outcome.tracesAdded == 0) {
         // Nothing was added: the fresh document is not kept.
-        if (freshDocument) window->close();
+        if (freshDocument) target->close();
         return false;
     }
-    if (freshDocument) window->View().SetTopDepth(doc.Trace(doc.TraceCount() - result.tracesAdded).FirstDepth());
+    if (freshDocument) target->View().SetTopDepth(doc.Trace(doc.TraceCount() - outcome.tracesAdded).FirstDepth());
     UpdateActions();
     return true;
 }

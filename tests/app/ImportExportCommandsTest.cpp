@@ -4,14 +4,19 @@
 #include "AppTestSupport.h"
 
 #include "app/DocumentWindow.h"
+#include "app/JobRunner.h"
 #include "app/MainFrame.h"
 #include "io/ImageExport.h"
 #include "model/ImageTrace.h"
 #include "model/SonicTrace.h"
+#include "sonic/SonicImportSupport.h"
 #include "support/TempDir.h"
 #include "view/LogPlotView.h"
+#include "view/ProgressDlg.h"
 
 #include <QAction>
+#include <QLabel>
+#include <QPushButton>
 #include <QtTest>
 
 #include <fstream>
@@ -91,6 +96,49 @@ private slots:
         Trigger(frame, "Import &Raw Data...");
         QCOMPARE(frame.DocumentWindows().size(), 1);
         QCOMPARE(doc.TraceCount(), std::size_t(4));
+        QVERIFY2(sink.messages.empty(), qPrintable(Texts(sink).join('\n')));
+    }
+
+    // The import runs as a job under the progress dialog, with the main window disabled;
+    // stop pressed twice at the third progress lets the step under way finish and keeps the
+    // stations read.
+    void importRawDataRunsUnderTheProgressDialogAndStopKeepsWhatWasRead()
+    {
+        std::vector<std::uint8_t> bytes;
+        for (int s = 0; s < 400; ++s) AppendStation(bytes, static_cast<float>(s) * 0.1f, {FlatBlock(100, 0)});
+        TempDir dir;
+        const std::string path = dir.Path("long.rd").string();
+        std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()),
+                                                    static_cast<std::streamsize>(bytes.size()));
+        CollectingMessageSink sink;
+        CMainFrame frame(RecordingServices(sink));
+        QList<int> seen;
+        bool disabledWhileRunning = false;
+        QString title;
+        QString status;
+        connect(&frame.Jobs(), &CJobRunner::Progressed, &frame, [&](int percent) {
+            seen.append(percent);
+            if (seen.size() != 3) return;
+            disabledWhileRunning = !frame.isEnabled();
+            CProgressDlg* dialog = frame.Jobs().Dialog();
+            QVERIFY(dialog && dialog->isVisible());
+            title = dialog->windowTitle();
+            QTest::mouseClick(dialog->StopButton(), Qt::LeftButton);
+            QTest::mouseClick(dialog->StopButton(), Qt::LeftButton);
+            status = dialog->Status()->text();
+        });
+        QVERIFY(frame.ImportRawDataFile(QString::fromStdString(path)));
+        QCOMPARE(seen, (QList<int>{0, 1, 2}));
+        QVERIFY(disabledWhileRunning);
+        QCOMPARE(title, QStringLiteral("Import Raw Data"));
+        QCOMPARE(status, QString::fromUtf8(kProgressStoppingText.data(), kProgressStoppingText.size()));
+        QVERIFY(frame.isEnabled());
+        QVERIFY(!frame.Jobs().Running());
+        QVERIFY(frame.Jobs().Dialog() == nullptr);
+        const CBoreAnalystDoc& doc = frame.ActiveDocumentWindow()->Document();
+        QCOMPARE(doc.TraceCount(), std::size_t(1));
+        // Three steps of a hundredth of 400 equal records each.
+        QCOMPARE(dynamic_cast<const CSonicTrace&>(doc.Trace(0)).RowCount(), std::size_t(12));
         QVERIFY2(sink.messages.empty(), qPrintable(Texts(sink).join('\n')));
     }
 
