@@ -153,9 +153,12 @@ CDocumentWindow* CMainFrame::NewDocument()
 
 CDocumentWindow* CMainFrame::OpenOrImport(const QString& path)
 {
-    if (QFileInfo(path).suffix().compare(QLatin1String("las"), Qt::CaseInsensitive) == 0) {
+    const QString suffix = QFileInfo(path).suffix();
+    const bool las = suffix.compare(QLatin1String("las"), Qt::CaseInsensitive) == 0;
+    const bool rawData = suffix.compare(QLatin1String("rd"), Qt::CaseInsensitive) == 0;
+    if (las || rawData) {
         CDocumentWindow* window = NewDocument();
-        if (!ImportLasFile(path)) {
+        if (!(las ? ImportLasFile(path) : ImportRawDataFile(path))) {
             // Nothing was added: the fresh document is not kept.
             window->close();
             return nullptr;

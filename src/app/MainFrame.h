@@ -58,7 +58,8 @@ public:
     // Opens a ".bal" file, or brings its window forward when it is open already. Null
     // when the file cannot be read (the reason is reported).
     CDocumentWindow* OpenDocumentFile(const QString& path);
-    // A ".las" file is imported into a new document; anything else is opened as a document.
+    // A ".las" or ".rd" (raw-data) file is imported into a new document; anything else is
+    // opened as a document.
     CDocumentWindow* OpenOrImport(const QString& path);
     // Save to the document's own file, or ask for one when it has none yet.
     bool SaveDocument(CDocumentWindow& window);

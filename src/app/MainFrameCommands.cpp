@@ -180,6 +180,7 @@ bool CMainFrame::ImportRawDataFile(const QString& path)
     const QPointer<CDocumentWindow> target = window;
     RawDataImportResult outcome;
     CBoreAnalystDoc& doc = window->Document();
+    const bool emptyBefore = doc.TraceCount() == 0;
     m_jobs->Start(std::make_unique<CRawDataImportProcess>(doc, std::move(source), ToPath(path).string(), *m_sink,
                                                           [&outcome](const RawDataImportResult& r) { outcome = r; }));
     m_jobs->WaitUntilIdle();
@@ -189,7 +190,8 @@ bool CMainFrame::ImportRawDataFile(const QString& path)
         if (freshDocument) target->close();
         return false;
     }
-    if (freshDocument) target->View().SetTopDepth(doc.Trace(doc.TraceCount() - outcome.tracesAdded).FirstDepth());
+    // A document that held nothing shows the new traces from their top.
+    if (emptyBefore) target->View().SetTopDepth(doc.Trace(doc.TraceCount() - outcome.tracesAdded).FirstDepth());
     UpdateActions();
     return true;
 }
