@@ -1,5 +1,7 @@
 #include "sonic/Semblance.h"
 
+#include "numeric/InstructionSets.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -20,33 +22,95 @@ std::size_t WindowSamples(double windowMicroseconds, double sampleInterval)
 namespace {
 
 // Adds receiver `x`, moved out by `shift` samples (read at t + shift, linearly between
-// samples, 0 outside the record), into the stack and the energy at every t.
-void AddMovedOut(std::span<const float> x, double shift, std::vector<double>& stack, std::vector<double>& energy)
+// samples, 0 outside the record), into the stack and the energy at every t. Single
+// precision: a waveform holds a few thousand counts, and the sums over a window are kept
+// in double.
+BA_ALSO_FOR_AVX2 void AddMovedOut(std::span<const float> x, double shift, std::vector<float>& stack,
+                                  std::vector<float>& energy)
 {
     const auto n = static_cast<std::ptrdiff_t>(x.size());
     const double whole = std::floor(shift);
     const auto k = static_cast<std::ptrdiff_t>(whole);
-    const double frac = shift - whole;
-    const auto sample = [&](std::ptrdiff_t i) { return i >= 0 && i < n ? static_cast<double>(x[static_cast<std::size_t>(i)]) : 0.0; };
+    const auto frac = static_cast<float>(shift - whole);
+    const float keep = 1.0f - frac;
+    const auto sample = [&](std::ptrdiff_t i) { return i >= 0 && i < n ? x[static_cast<std::size_t>(i)] : 0.0f; };
+    float* __restrict sums = stack.data();
+    float* __restrict energies = energy.data();
+    const auto add = [&](std::ptrdiff_t t, float v) {
+        sums[t] += v;
+        energies[t] += v * v;
+    };
     // Where both neighbours lie inside the record no test is needed.
     const std::ptrdiff_t inFirst = std::clamp<std::ptrdiff_t>(-k, 0, n);
     const std::ptrdiff_t inEnd = std::clamp<std::ptrdiff_t>(n - 1 - k, inFirst, n);
-    for (std::ptrdiff_t t = 0; t < inFirst; ++t) {
-        const double v = (1.0 - frac) * sample(t + k) + frac * sample(t + k + 1);
-        stack[static_cast<std::size_t>(t)] += v;
-        energy[static_cast<std::size_t>(t)] += v * v;
+    std::ptrdiff_t t = 0;
+    for (; t < inFirst; ++t) add(t, keep * sample(t + k) + frac * sample(t + k + 1));
+    const float* __restrict base = x.data() + k;
+    // Sixteen at a time with a fixed count, so that the compiler uses whole vectors.
+    for (; t + 16 <= inEnd; t += 16) {
+        for (std::ptrdiff_t j = t; j < t + 16; ++j) {
+            const float v = keep * base[j] + frac * base[j + 1];
+            sums[j] += v;
+            energies[j] += v * v;
+        }
     }
-    const float* base = x.data() + k;
-    for (std::ptrdiff_t t = inFirst; t < inEnd; ++t) {
-        const double v = (1.0 - frac) * static_cast<double>(base[t]) + frac * static_cast<double>(base[t + 1]);
-        stack[static_cast<std::size_t>(t)] += v;
-        energy[static_cast<std::size_t>(t)] += v * v;
+    for (; t < inEnd; ++t) add(t, keep * base[t] + frac * base[t + 1]);
+    for (; t < n; ++t) add(t, keep * sample(t + k) + frac * sample(t + k + 1));
+}
+
+// ρ for every window start of one slowness, from the stack and energy at every sample.
+BA_ALSO_FOR_AVX2 void WindowCoherence(const std::vector<float>& stack, const std::vector<float>& energy,
+                                      std::size_t window, double receivers, std::vector<double>& numerators,
+                                      std::vector<double>& denominators, float* column)
+{
+    const std::size_t length = stack.size();
+    const std::size_t rows = length - window + 1;
+    // Window sums kept running: each row adds the sample entering the window and drops
+    // the one leaving it, instead of summing the whole window again.
+    double numerator = 0.0;
+    double denominator = 0.0;
+    for (std::size_t t = 0; t < window; ++t) {
+        numerator += static_cast<double>(stack[t]) * stack[t];
+        denominator += energy[t];
     }
-    for (std::ptrdiff_t t = inEnd; t < n; ++t) {
-        const double v = (1.0 - frac) * sample(t + k) + frac * sample(t + k + 1);
-        stack[static_cast<std::size_t>(t)] += v;
-        energy[static_cast<std::size_t>(t)] += v * v;
+    numerators[0] = numerator;
+    denominators[0] = denominator;
+    for (std::size_t row = 1; row < rows; ++row) {
+        const std::size_t leaving = row - 1;
+        const std::size_t entering = row + window - 1;
+        numerator += static_cast<double>(stack[entering]) * stack[entering] -
+                     static_cast<double>(stack[leaving]) * stack[leaving];
+        denominator += static_cast<double>(energy[entering]) - energy[leaving];
+        numerators[row] = numerator;
+        denominators[row] = denominator;
     }
+    double recordEnergy = 0.0;
+    {
+        // Eight partial sums side by side, so that whole vectors add at a time.
+        double lanes[8] = {};
+        std::size_t t = 0;
+        for (; t + 8 <= length; t += 8) {
+            for (std::size_t j = 0; j < 8; ++j) lanes[j] += energy[t + j];
+        }
+        for (; t < length; ++t) lanes[0] += energy[t];
+        for (const double lane : lanes) recordEnergy += lane;
+    }
+    // What the running sums leave behind in a window of nothing but zeros is not a
+    // coherence: windows with less than a trillionth of the record's energy read 0.
+    const double silent = recordEnergy * 1e-12;
+    const double* __restrict num = numerators.data();
+    const double* __restrict den = denominators.data();
+    float* __restrict out = column;
+    const auto ratio = [&](std::size_t row) {
+        // Divided whatever the denominator, then chosen, so that whole vectors go at a time.
+        const double rho = num[row] / (receivers * den[row]);
+        out[row] = static_cast<float>(den[row] > silent ? std::min(std::max(rho, 0.0), 1.0) : 0.0);
+    };
+    std::size_t row = 0;
+    for (; row + 8 <= rows; row += 8) {
+        for (std::size_t j = row; j < row + 8; ++j) ratio(j);
+    }
+    for (; row < rows; ++row) ratio(row);
 }
 
 } // namespace
@@ -70,40 +134,21 @@ CoherenceMap ComputeCoherenceMap(const ReceiverWaveforms& station, const Slownes
     for (std::size_t c = 0; c < columns; ++c) map.slowness[c] = grid.At(c);
     map.time.resize(rows);
     for (std::size_t r = 0; r < rows; ++r) map.time[r] = station.startTime + static_cast<double>(r) * station.sampleInterval;
-    map.rho.assign(rows * columns, 0.0f);
+    map.rho.resize(rows * columns);
 
-    std::vector<double> stack(length);
-    std::vector<double> energy(length);
-    const double m = static_cast<double>(receivers);
+    std::vector<float> stack(length);
+    std::vector<float> energy(length);
+    std::vector<double> numerators(rows);
+    std::vector<double> denominators(rows);
     for (std::size_t c = 0; c < columns; ++c) {
-        std::fill(stack.begin(), stack.end(), 0.0);
-        std::fill(energy.begin(), energy.end(), 0.0);
+        std::fill(stack.begin(), stack.end(), 0.0f);
+        std::fill(energy.begin(), energy.end(), 0.0f);
         for (std::size_t r = 0; r < receivers; ++r) {
             const double shift = map.slowness[c] * (station.offsets[r] - station.offsets.front()) / station.sampleInterval;
             AddMovedOut(station.traces[r], shift, stack, energy);
         }
-        // Window sums kept running: each row adds the sample entering the window and drops
-        // the one leaving it, instead of summing the whole window again. What the running
-        // sums leave behind in a window of nothing but zeros is not a coherence: windows with
-        // less than a trillionth of the record's energy read 0.
-        double recordEnergy = 0.0;
-        for (const double e : energy) recordEnergy += e;
-        const double silent = recordEnergy * 1e-12;
-        double numerator = 0.0;
-        double denominator = 0.0;
-        for (std::size_t t = 0; t < window; ++t) {
-            numerator += stack[t] * stack[t];
-            denominator += energy[t];
-        }
-        for (std::size_t row = 0;; ++row) {
-            const double rho = denominator > silent ? numerator / (m * denominator) : 0.0;
-            map.rho[row * columns + c] = static_cast<float>(std::clamp(rho, 0.0, 1.0));
-            if (row + 1 == rows) break;
-            const std::size_t leaving = row;
-            const std::size_t entering = row + window;
-            numerator += stack[entering] * stack[entering] - stack[leaving] * stack[leaving];
-            denominator += energy[entering] - energy[leaving];
-        }
+        WindowCoherence(stack, energy, window, static_cast<double>(receivers), numerators, denominators,
+                        map.rho.data() + c * rows);
     }
     return map;
 }

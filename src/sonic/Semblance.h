@@ -38,9 +38,9 @@ struct SlownessGrid {
 struct CoherenceMap {
     std::vector<double> slowness; // µs per length unit
     std::vector<double> time;     // window start on the first receiver, µs
-    std::vector<float> rho;       // rho[row * slowness.size() + column]
+    std::vector<float> rho;       // a slowness at a time: rho[column * time.size() + row]
 
-    float At(std::size_t row, std::size_t column) const { return rho[row * slowness.size() + column]; }
+    float At(std::size_t row, std::size_t column) const { return rho[column * time.size() + row]; }
 };
 
 // The window in samples for a length in µs: at least 1.
