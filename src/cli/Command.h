@@ -49,6 +49,7 @@ Command AddRemoveTraceCommand(CLI::App& app);
 Command AddSetTraceCommand(CLI::App& app);
 Command AddImportLasCommand(CLI::App& app);
 Command AddImportRawDataCommand(CLI::App& app);
+Command AddSemblanceCommand(CLI::App& app);
 Command AddExportLasCommand(CLI::App& app);
 Command AddExportTextCommand(CLI::App& app);
 Command AddExportWellCadCommand(CLI::App& app);

@@ -1,4 +1,5 @@
-# The logger raw-data import command.
+# The logger raw-data import and the sonic processing commands.
 target_sources(boreanalyst-cli PRIVATE
   ${CMAKE_CURRENT_SOURCE_DIR}/ImportRawDataCommand.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/SemblanceCommand.cpp
 )

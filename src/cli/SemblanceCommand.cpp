@@ -1,0 +1,141 @@
+// semblance DOC.bal --receivers A,B,... --offsets O1,O2,... [...] -o OUT.bal: slowness logs
+// from the waveforms of sonic receivers by slowness-time coherence.
+
+#include "cli/Command.h"
+#include "cli/DocumentAccess.h"
+#include "cli/TraceUtilityCommand.h"
+#include "sonic/BackgroundProcess.h"
+#include "sonic/SonicVelocity.h"
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace ba::cli {
+namespace {
+
+constexpr const char* kSemblanceFooter = R"(For each station the coherence of the receivers' waveforms (Kimball and Marzetta) is
+computed over the slowness grid and every window start; its peaks at or above the
+threshold are labelled compressional (the earliest coherent arrival faster than the
+borehole fluid, 189 us/ft), shear (later, at least 1.41 times the compressional slowness,
+faster than the fluid, before the Stoneley) and Stoneley (later, at or beyond the fluid
+slowness), keeping each mode near its slowness at the station before. Nine line traces are
+added: DTC, DTS, DTST (slowness, in --units), COHC, COHS, COHST (coherence 0..1) and TTC,
+TTS, TTST (the window start on the first receiver, us); a mode not found is null there.
+Receivers are sonic traces recorded together, nearest first, with increasing offsets.
+Stations are computed on --threads threads (all cores by default); the results do not
+depend on the thread count. Output: one line per mode with the stations where it was found.
+)";
+
+struct SemblanceOptions {
+    std::string document;
+    std::string receivers;
+    std::string offsets;
+    std::string offsetUnits = "ft";
+    std::string slowness;
+    double window = 120.0;
+    std::string windowText;
+    double threshold = kDefaultCoherenceThreshold;
+    std::string thresholdText;
+    std::string units = "us/ft";
+    unsigned threads = 0;
+    std::string output;
+};
+
+std::vector<std::string> SplitCommas(std::string_view text)
+{
+    std::vector<std::string> parts;
+    while (true) {
+        const auto comma = text.find(',');
+        parts.emplace_back(text.substr(0, comma));
+        if (comma == std::string_view::npos) return parts;
+        text.remove_prefix(comma + 1);
+    }
+}
+
+// A comma list of decimal numbers; a usage failure names the option.
+std::vector<double> Numbers(const std::string& text, const char* option)
+{
+    std::vector<double> numbers;
+    for (std::string part : SplitCommas(text)) {
+        double value = 0.0;
+        if (!DoubleInto(value)(part).empty()) {
+            throw CommandFailure(kExitUsage, "Error: " + std::string(option) + ": \"" + part + "\" is not a number.");
+        }
+        numbers.push_back(value);
+    }
+    return numbers;
+}
+
+void RunSemblance(const SemblanceOptions& options, CommandContext& context)
+{
+    const auto doc = OpenOrFail(options.document, context.sink);
+    SonicVelocitySettings settings;
+    for (const std::string& ref : SplitCommas(options.receivers)) {
+        settings.receivers.push_back(ResolveTrace(*doc, ref, options.document));
+    }
+    settings.offsets = Numbers(options.offsets, "--offsets");
+    settings.offsetUnit = options.offsetUnits == "m" ? LengthUnit::Metres : LengthUnit::Feet;
+    settings.outputUnit = options.units == "us/m" ? LengthUnit::Metres : LengthUnit::Feet;
+    if (settings.outputUnit == LengthUnit::Metres) settings.grid = {130.0, 990.0, 3.0};
+    if (!options.slowness.empty()) {
+        const std::vector<double> grid = Numbers(options.slowness, "--slowness");
+        if (grid.size() != 3) throw CommandFailure(kExitUsage, "Error: --slowness takes MIN,MAX,STEP.");
+        settings.grid = {grid[0], grid[1], grid[2]};
+    }
+    settings.windowMicroseconds = options.window;
+    settings.threshold = static_cast<float>(options.threshold);
+    if (!CheckSonicVelocitySettings(*doc, settings, context.sink)) throw CommandFailure(kExitFailure, {});
+
+    CSonicVelocityProcess job(*doc, settings);
+    const unsigned threads = options.threads != 0 ? options.threads : std::max(1u, std::thread::hardware_concurrency());
+    RunWithoutPanel(job, threads);
+    SaveOrFail(*doc, options.output, context.sink);
+
+    const std::vector<ModePicks>& picks = job.Picks();
+    const auto found = [&](std::optional<CoherencePeak> ModePicks::*mode) {
+        return std::count_if(picks.begin(), picks.end(), [&](const ModePicks& p) { return (p.*mode).has_value(); });
+    };
+    context.out << "DTC: found at " << found(&ModePicks::compressional) << " of " << picks.size() << " stations\n"
+                << "DTS: found at " << found(&ModePicks::shear) << " of " << picks.size() << " stations\n"
+                << "DTST: found at " << found(&ModePicks::stoneley) << " of " << picks.size() << " stations\n";
+}
+
+} // namespace
+
+Command AddSemblanceCommand(CLI::App& app)
+{
+    auto options = std::make_shared<SemblanceOptions>();
+    CLI::App* sub = app.add_subcommand("semblance", "Compute compressional, shear and Stoneley slowness logs from "
+                                                    "sonic waveforms and save the document to OUT.bal.");
+    sub->footer(kSemblanceFooter);
+    sub->add_option("DOC", options->document, "the document (.bal)")->required();
+    sub->add_option("--receivers", options->receivers, "the receivers' sonic traces, nearest first")
+        ->type_name("A,B,...")
+        ->required();
+    sub->add_option("--offsets", options->offsets, "transmitter to receiver distances, one per receiver")
+        ->type_name("O1,O2,...")
+        ->required();
+    sub->add_option("--offset-units", options->offsetUnits, "unit of --offsets (default ft)")
+        ->check(CLI::IsMember({"ft", "m"}));
+    sub->add_option("--slowness", options->slowness,
+                    "the slowness grid in --units (default 40,300,1 us/ft or 130,990,3 us/m)")
+        ->type_name("MIN,MAX,STEP");
+    sub->add_option("--window", options->windowText, "the coherence window, us (default 120)")
+        ->type_name("US")
+        ->check(DoubleInto(options->window));
+    sub->add_option("--threshold", options->thresholdText, "the coherence a peak must reach (default 0.7)")
+        ->type_name("C")
+        ->check(DoubleInto(options->threshold));
+    sub->add_option("--units", options->units, "slowness unit of the output (default us/ft)")
+        ->check(CLI::IsMember({"us/ft", "us/m"}));
+    sub->add_option("--threads", options->threads, "threads computing stations (default: every core)")
+        ->check(CLI::Range(1u, 256u));
+    sub->add_option("-o,--output", options->output, "the document to write (.bal)")->required();
+    return {sub, [options](CommandContext& context) { RunSemblance(*options, context); }};
+}
+
+} // namespace ba::cli
