@@ -60,8 +60,9 @@ BA_ALSO_FOR_AVX2 void AddMovedOut(std::span<const float> x, double shift, std::v
 
 // ρ for every window start of one slowness, from the stack and energy at every sample.
 BA_ALSO_FOR_AVX2 void WindowCoherence(const std::vector<float>& stack, const std::vector<float>& energy,
-                                      std::size_t window, double receivers, std::vector<double>& numerators,
-                                      std::vector<double>& denominators, float* column)
+                                      std::size_t window, double receivers, double stationEnergy,
+                                      std::vector<double>& numerators, std::vector<double>& denominators,
+                                      float* column)
 {
     const std::size_t length = stack.size();
     const std::size_t rows = length - window + 1;
@@ -84,20 +85,9 @@ BA_ALSO_FOR_AVX2 void WindowCoherence(const std::vector<float>& stack, const std
         numerators[row] = numerator;
         denominators[row] = denominator;
     }
-    double recordEnergy = 0.0;
-    {
-        // Eight partial sums side by side, so that whole vectors add at a time.
-        double lanes[8] = {};
-        std::size_t t = 0;
-        for (; t + 8 <= length; t += 8) {
-            for (std::size_t j = 0; j < 8; ++j) lanes[j] += energy[t + j];
-        }
-        for (; t < length; ++t) lanes[0] += energy[t];
-        for (const double lane : lanes) recordEnergy += lane;
-    }
     // What the running sums leave behind in a window of nothing but zeros is not a
-    // coherence: windows with less than a trillionth of the record's energy read 0.
-    const double silent = recordEnergy * 1e-12;
+    // coherence: windows with less than a trillionth of the station's energy read 0.
+    const double silent = stationEnergy * 1e-12;
     const double* __restrict num = numerators.data();
     const double* __restrict den = denominators.data();
     float* __restrict out = column;
@@ -140,14 +130,23 @@ CoherenceMap ComputeCoherenceMap(const ReceiverWaveforms& station, const Slownes
     std::vector<float> energy(length);
     std::vector<double> numerators(rows);
     std::vector<double> denominators(rows);
+    // The first receiver is never moved out: its samples and their squares start every
+    // slowness's stack and energy.
+    const std::span<const float> nearest = station.traces.front();
+    std::vector<float> nearestSquares(length);
+    for (std::size_t t = 0; t < length; ++t) nearestSquares[t] = nearest[t] * nearest[t];
+    double stationEnergy = 0.0;
+    for (const auto& trace : station.traces) {
+        for (const float x : trace) stationEnergy += static_cast<double>(x) * x;
+    }
     for (std::size_t c = 0; c < columns; ++c) {
-        std::fill(stack.begin(), stack.end(), 0.0f);
-        std::fill(energy.begin(), energy.end(), 0.0f);
-        for (std::size_t r = 0; r < receivers; ++r) {
+        std::copy(nearest.begin(), nearest.end(), stack.begin());
+        std::copy(nearestSquares.begin(), nearestSquares.end(), energy.begin());
+        for (std::size_t r = 1; r < receivers; ++r) {
             const double shift = map.slowness[c] * (station.offsets[r] - station.offsets.front()) / station.sampleInterval;
             AddMovedOut(station.traces[r], shift, stack, energy);
         }
-        WindowCoherence(stack, energy, window, static_cast<double>(receivers), numerators, denominators,
+        WindowCoherence(stack, energy, window, static_cast<double>(receivers), stationEnergy, numerators, denominators,
                         map.rho.data() + c * rows);
     }
     return map;
