@@ -1,5 +1,7 @@
 #include "view/CommonLogsDlg.h"
 
+#include "view/ModelBox.h"
+
 #include "evaluation/EquationCatalogue.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/DerivedLineTraces.h"
@@ -23,6 +25,7 @@
 #include <cmath>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace ba {
 namespace {
@@ -179,34 +182,19 @@ QWidget* CCommonLogsDlg::MakeGroundTruthBox()
     return box;
 }
 
+QGroupBox* CCommonLogsDlg::ModelGroup() const { return m_modelBox; }
+QComboBox* CCommonLogsDlg::ModelCombo() const { return m_modelBox->Combo(); }
+QPushButton* CCommonLogsDlg::LoadButton() const { return m_modelBox->LoadButton(); }
+QLineEdit* CCommonLogsDlg::ModelNameEdit() const { return m_modelBox->NameEdit(); }
+QLineEdit* CCommonLogsDlg::ModelDescriptionEdit() const { return m_modelBox->DescriptionEdit(); }
+QPushButton* CCommonLogsDlg::SaveButton() const { return m_modelBox->SaveButton(); }
+
 QWidget* CCommonLogsDlg::MakeModelBox()
 {
-    m_modelGroup = new QGroupBox(tr("Model"), this);
-    m_modelCombo = new QComboBox(m_modelGroup);
-    m_modelCombo->setObjectName("models");
-    m_load = new QPushButton(tr("&Load"), m_modelGroup);
-    m_load->setObjectName("loadModel");
-    m_load->setAutoDefault(false);
-    m_modelName = new QLineEdit(m_modelGroup);
-    m_modelName->setObjectName("modelName");
-    m_modelDescription = new QLineEdit(m_modelGroup);
-    m_modelDescription->setObjectName("modelDescription");
-    m_save = new QPushButton(tr("Sa&ve"), m_modelGroup);
-    m_save->setObjectName("saveModel");
-    m_save->setAutoDefault(false);
-
-    auto* loadRow = new QHBoxLayout;
-    loadRow->addWidget(m_modelCombo, 1);
-    loadRow->addWidget(m_load);
-    auto* form = new QFormLayout(m_modelGroup);
-    form->addRow(tr("Stored &models:"), loadRow);
-    form->addRow(tr("&Name:"), m_modelName);
-    form->addRow(tr("&Description:"), m_modelDescription);
-    form->addRow(QString(), m_save);
-
-    connect(m_load, &QPushButton::clicked, this, &CCommonLogsDlg::OnLoadModel);
-    connect(m_save, &QPushButton::clicked, this, &CCommonLogsDlg::OnSaveModel);
-    return m_modelGroup;
+    m_modelBox = new CModelBox(tr("&Name:"), tr("Sa&ve"), this);
+    connect(m_modelBox, &CModelBox::LoadRequested, this, &CCommonLogsDlg::OnLoadModel);
+    connect(m_modelBox, &CModelBox::SaveRequested, this, &CCommonLogsDlg::OnSaveModel);
+    return m_modelBox;
 }
 
 void CCommonLogsDlg::OpenRepository()
@@ -216,17 +204,13 @@ void CCommonLogsDlg::OpenRepository()
         m_models = std::make_unique<CEquationModelsRepository>(*m_database);
         if (!m_models->Open()) m_models.reset(); // the recordset has reported why
     }
-    m_modelGroup->setEnabled(m_models != nullptr);
+    m_modelBox->setEnabled(m_models != nullptr);
     RefreshModelNames(QString());
 }
 
 void CCommonLogsDlg::RefreshModelNames(const QString& select)
 {
-    const QSignalBlocker quiet(m_modelCombo);
-    m_modelCombo->clear();
-    if (!m_models) return;
-    for (const std::string& name : m_models->Names()) m_modelCombo->addItem(QString::fromStdString(name));
-    m_modelCombo->setCurrentIndex(select.isEmpty() ? -1 : m_modelCombo->findText(select));
+    m_modelBox->ShowNames(m_models ? m_models->Names() : std::vector<std::string>{}, select);
 }
 
 void CCommonLogsDlg::OnEquationChosen(int row)
@@ -261,8 +245,8 @@ void CCommonLogsDlg::GatherChoices()
         m_logic.calculate[slot] = m_calculateChecks[slot]->isEnabled() && m_calculateChecks[slot]->isChecked();
     }
     m_logic.outputName = m_outputName->text().toStdString();
-    m_logic.modelName = m_modelName->text().toStdString();
-    m_logic.modelDescription = m_modelDescription->text().toStdString();
+    m_logic.modelName = m_modelBox->NameEdit()->text().toStdString();
+    m_logic.modelDescription = m_modelBox->DescriptionEdit()->text().toStdString();
 }
 
 bool CCommonLogsDlg::GatherCoefficients()
@@ -320,11 +304,11 @@ void CCommonLogsDlg::OnCalculate()
 void CCommonLogsDlg::OnLoadModel()
 {
     if (!m_models) return;
-    if (!m_logic.OnLoadModel(*m_models, m_modelCombo->currentText().toStdString(), m_sink)) return;
+    if (!m_logic.OnLoadModel(*m_models, m_modelBox->Combo()->currentText().toStdString(), m_sink)) return;
     ShowEquation();
     ShowCoefficients();
-    m_modelName->setText(QString::fromStdString(m_logic.modelName));
-    m_modelDescription->setText(QString::fromStdString(m_logic.modelDescription));
+    m_modelBox->NameEdit()->setText(QString::fromStdString(m_logic.modelName));
+    m_modelBox->DescriptionEdit()->setText(QString::fromStdString(m_logic.modelDescription));
 }
 
 void CCommonLogsDlg::OnSaveModel()

@@ -27,6 +27,7 @@ class QTableWidget;
 namespace ba {
 
 class CBoreAnalystDoc;
+class CModelBox;
 
 class CCommonLogsDlg final : public QDialog {
     Q_OBJECT
@@ -50,12 +51,12 @@ public:
     QPushButton* RemoveRowButton() const { return m_removeRow; }
     QPushButton* CalculateButton() const { return m_calculate; }
     QLineEdit* OutputNameEdit() const { return m_outputName; }
-    QGroupBox* ModelGroup() const { return m_modelGroup; }
-    QComboBox* ModelCombo() const { return m_modelCombo; }
-    QPushButton* LoadButton() const { return m_load; }
-    QLineEdit* ModelNameEdit() const { return m_modelName; }
-    QLineEdit* ModelDescriptionEdit() const { return m_modelDescription; }
-    QPushButton* SaveButton() const { return m_save; }
+    QGroupBox* ModelGroup() const;
+    QComboBox* ModelCombo() const;
+    QPushButton* LoadButton() const;
+    QLineEdit* ModelNameEdit() const;
+    QLineEdit* ModelDescriptionEdit() const;
+    QPushButton* SaveButton() const;
     QPushButton* OkButton() const { return m_ok; }
     // The derived trace after a successful OK, else null.
     CLineTrace* DerivedTrace() const { return m_derived; }
@@ -107,12 +108,7 @@ private:
     QPushButton* m_removeRow = nullptr;
     QPushButton* m_calculate = nullptr;
     QLineEdit* m_outputName = nullptr;
-    QGroupBox* m_modelGroup = nullptr;
-    QComboBox* m_modelCombo = nullptr;
-    QPushButton* m_load = nullptr;
-    QLineEdit* m_modelName = nullptr;
-    QLineEdit* m_modelDescription = nullptr;
-    QPushButton* m_save = nullptr;
+    CModelBox* m_modelBox = nullptr;
     QPushButton* m_ok = nullptr;
 };
 

@@ -1,5 +1,7 @@
 #include "view/FormulaLogDlg.h"
 
+#include "view/ModelBox.h"
+
 #include "evaluation/FormulaParser.h"
 #include "model/BoreAnalystDoc.h"
 #include "model/DerivedLineTraces.h"
@@ -17,6 +19,7 @@
 #include <QVBoxLayout>
 
 #include <string>
+#include <vector>
 
 namespace ba {
 namespace {
@@ -75,34 +78,19 @@ CFormulaLogDlg::CFormulaLogDlg(CBoreAnalystDoc& doc, IMessageSink& sink, QWidget
 
 CFormulaLogDlg::~CFormulaLogDlg() = default; // the recordset goes before its database
 
+QGroupBox* CFormulaLogDlg::ModelGroup() const { return m_modelBox; }
+QComboBox* CFormulaLogDlg::ModelCombo() const { return m_modelBox->Combo(); }
+QPushButton* CFormulaLogDlg::LoadButton() const { return m_modelBox->LoadButton(); }
+QLineEdit* CFormulaLogDlg::ModelNameEdit() const { return m_modelBox->NameEdit(); }
+QLineEdit* CFormulaLogDlg::ModelDescriptionEdit() const { return m_modelBox->DescriptionEdit(); }
+QPushButton* CFormulaLogDlg::SaveButton() const { return m_modelBox->SaveButton(); }
+
 QWidget* CFormulaLogDlg::MakeModelBox()
 {
-    m_modelGroup = new QGroupBox(tr("Model"), this);
-    m_modelCombo = new QComboBox(m_modelGroup);
-    m_modelCombo->setObjectName("models");
-    m_load = new QPushButton(tr("&Load"), m_modelGroup);
-    m_load->setObjectName("loadModel");
-    m_load->setAutoDefault(false);
-    m_modelName = new QLineEdit(m_modelGroup);
-    m_modelName->setObjectName("modelName");
-    m_modelDescription = new QLineEdit(m_modelGroup);
-    m_modelDescription->setObjectName("modelDescription");
-    m_save = new QPushButton(tr("Sa&ve Model"), m_modelGroup);
-    m_save->setObjectName("saveModel");
-    m_save->setAutoDefault(false);
-
-    auto* loadRow = new QHBoxLayout;
-    loadRow->addWidget(m_modelCombo, 1);
-    loadRow->addWidget(m_load);
-    auto* form = new QFormLayout(m_modelGroup);
-    form->addRow(tr("Stored &models:"), loadRow);
-    form->addRow(tr("Model na&me:"), m_modelName);
-    form->addRow(tr("&Description:"), m_modelDescription);
-    form->addRow(QString(), m_save);
-
-    connect(m_load, &QPushButton::clicked, this, &CFormulaLogDlg::OnLoadModel);
-    connect(m_save, &QPushButton::clicked, this, &CFormulaLogDlg::OnSaveModel);
-    return m_modelGroup;
+    m_modelBox = new CModelBox(tr("Model na&me:"), tr("Sa&ve Model"), this);
+    connect(m_modelBox, &CModelBox::LoadRequested, this, &CFormulaLogDlg::OnLoadModel);
+    connect(m_modelBox, &CModelBox::SaveRequested, this, &CFormulaLogDlg::OnSaveModel);
+    return m_modelBox;
 }
 
 void CFormulaLogDlg::OpenRepository()
@@ -112,17 +100,13 @@ void CFormulaLogDlg::OpenRepository()
         m_models = std::make_unique<CFormulaLogRepository>(*m_database);
         if (!m_models->Open()) m_models.reset(); // the recordset has reported why
     }
-    m_modelGroup->setEnabled(m_models != nullptr);
+    m_modelBox->setEnabled(m_models != nullptr);
     RefreshModelNames(QString());
 }
 
 void CFormulaLogDlg::RefreshModelNames(const QString& select)
 {
-    const QSignalBlocker quiet(m_modelCombo);
-    m_modelCombo->clear();
-    if (!m_models) return;
-    for (const std::string& name : m_models->Names()) m_modelCombo->addItem(Q(name));
-    m_modelCombo->setCurrentIndex(select.isEmpty() ? -1 : m_modelCombo->findText(select));
+    m_modelBox->ShowNames(m_models ? m_models->Names() : std::vector<std::string>{}, select);
 }
 
 void CFormulaLogDlg::Gather()
@@ -130,8 +114,8 @@ void CFormulaLogDlg::Gather()
     m_logic.formula = m_formula->text().toStdString();
     m_logic.outputName = m_outputName->text().toStdString();
     m_logic.outputUnits = m_outputUnits->text().toStdString();
-    m_logic.modelName = m_modelName->text().toStdString();
-    m_logic.modelDescription = m_modelDescription->text().toStdString();
+    m_logic.modelName = m_modelBox->NameEdit()->text().toStdString();
+    m_logic.modelDescription = m_modelBox->DescriptionEdit()->text().toStdString();
 }
 
 void CFormulaLogDlg::OnTraceActivated(QListWidgetItem* item)
@@ -144,11 +128,11 @@ void CFormulaLogDlg::OnTraceActivated(QListWidgetItem* item)
 void CFormulaLogDlg::OnLoadModel()
 {
     if (!m_models) return;
-    if (!m_logic.OnLoadModel(*m_models, m_modelCombo->currentText().toStdString(), m_sink)) return;
+    if (!m_logic.OnLoadModel(*m_models, m_modelBox->Combo()->currentText().toStdString(), m_sink)) return;
     m_formula->setText(Q(m_logic.formula));
     m_outputName->setText(Q(m_logic.outputName));
-    m_modelName->setText(Q(m_logic.modelName));
-    m_modelDescription->setText(Q(m_logic.modelDescription));
+    m_modelBox->NameEdit()->setText(Q(m_logic.modelName));
+    m_modelBox->DescriptionEdit()->setText(Q(m_logic.modelDescription));
 }
 
 void CFormulaLogDlg::OnSaveModel()

@@ -24,6 +24,7 @@ class QPushButton;
 namespace ba {
 
 class CBoreAnalystDoc;
+class CModelBox;
 
 class CFormulaLogDlg final : public QDialog {
     Q_OBJECT
@@ -37,12 +38,12 @@ public:
     QListWidget* TraceList() const { return m_traces; }
     QLineEdit* OutputNameEdit() const { return m_outputName; }
     QLineEdit* OutputUnitsEdit() const { return m_outputUnits; }
-    QGroupBox* ModelGroup() const { return m_modelGroup; }
-    QComboBox* ModelCombo() const { return m_modelCombo; }
-    QPushButton* LoadButton() const { return m_load; }
-    QLineEdit* ModelNameEdit() const { return m_modelName; }
-    QLineEdit* ModelDescriptionEdit() const { return m_modelDescription; }
-    QPushButton* SaveButton() const { return m_save; }
+    QGroupBox* ModelGroup() const;
+    QComboBox* ModelCombo() const;
+    QPushButton* LoadButton() const;
+    QLineEdit* ModelNameEdit() const;
+    QLineEdit* ModelDescriptionEdit() const;
+    QPushButton* SaveButton() const;
     QPushButton* OkButton() const { return m_ok; }
     // The computed trace after a successful OK, else null.
     CLineTrace* ComputedTrace() const { return m_computed; }
@@ -71,12 +72,7 @@ private:
     QListWidget* m_traces = nullptr;
     QLineEdit* m_outputName = nullptr;
     QLineEdit* m_outputUnits = nullptr;
-    QGroupBox* m_modelGroup = nullptr;
-    QComboBox* m_modelCombo = nullptr;
-    QPushButton* m_load = nullptr;
-    QLineEdit* m_modelName = nullptr;
-    QLineEdit* m_modelDescription = nullptr;
-    QPushButton* m_save = nullptr;
+    CModelBox* m_modelBox = nullptr;
     QPushButton* m_ok = nullptr;
 };
 

@@ -7,6 +7,7 @@ target_sources(boreanalyst_view PRIVATE
   ${CMAKE_CURRENT_SOURCE_DIR}/LogPlotView.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/MechanicalPropertiesDlg.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/MessageBoxSink.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/ModelBox.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/ProgressDlg.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/SonicPropertiesDlg.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/SpectralDlg.cpp
