@@ -3,6 +3,7 @@
 
 #include "cli/Command.h"
 #include "cli/DocumentAccess.h"
+#include "cli/SonicOptions.h"
 #include "cli/TraceUtilityCommand.h"
 #include "sonic/BackgroundProcess.h"
 #include "sonic/SonicVelocity.h"
@@ -45,41 +46,14 @@ struct SemblanceOptions {
     std::string output;
 };
 
-std::vector<std::string> SplitCommas(std::string_view text)
-{
-    std::vector<std::string> parts;
-    while (true) {
-        const auto comma = text.find(',');
-        parts.emplace_back(text.substr(0, comma));
-        if (comma == std::string_view::npos) return parts;
-        text.remove_prefix(comma + 1);
-    }
-}
-
-// A comma list of decimal numbers; a usage failure names the option.
-std::vector<double> Numbers(const std::string& text, const char* option)
-{
-    std::vector<double> numbers;
-    for (std::string part : SplitCommas(text)) {
-        double value = 0.0;
-        if (!DoubleInto(value)(part).empty()) {
-            throw CommandFailure(kExitUsage, "Error: " + std::string(option) + ": \"" + part + "\" is not a number.");
-        }
-        numbers.push_back(value);
-    }
-    return numbers;
-}
-
 void RunSemblance(const SemblanceOptions& options, CommandContext& context)
 {
     const auto doc = OpenOrFail(options.document, context.sink);
     SonicVelocitySettings settings;
-    for (const std::string& ref : SplitCommas(options.receivers)) {
-        settings.receivers.push_back(ResolveTrace(*doc, ref, options.document));
-    }
+    settings.receivers = ResolveReceivers(*doc, options.receivers, options.document);
     settings.offsets = Numbers(options.offsets, "--offsets");
-    settings.offsetUnit = options.offsetUnits == "m" ? LengthUnit::Metres : LengthUnit::Feet;
-    settings.outputUnit = options.units == "us/m" ? LengthUnit::Metres : LengthUnit::Feet;
+    settings.offsetUnit = LengthUnitOf(options.offsetUnits);
+    settings.outputUnit = SlownessLengthUnitOf(options.units);
     if (settings.outputUnit == LengthUnit::Metres) settings.grid = {130.0, 990.0, 3.0};
     if (!options.slowness.empty()) {
         const std::vector<double> grid = Numbers(options.slowness, "--slowness");
