@@ -112,6 +112,9 @@ struct Formation {
     double compressionalSlowness = 60.0; // us/ft
     double shearSlowness = 110.0;
     double stoneleySlowness = 220.0;
+    // The borehole fluid, us/ft: a formation whose shear is not faster than the fluid sends
+    // no refracted shear arrival to the receivers.
+    double fluidSlowness = 189.0;
     double noise = 4.0;           // standard deviation, counts
     double amplitude = 1.0;       // scales every arrival (stands in for the gain)
 };
@@ -124,7 +127,7 @@ inline double Ricker(double t, double f)
 }
 
 // The waveform a receiver `offsetFeet` from the transmitter records: compressional, shear
-// and (late, strong, low-frequency) Stoneley arrivals at offset x slowness, around the
+// (where the formation's shear is faster than the fluid) and (late, strong, low-frequency) Stoneley arrivals at offset x slowness, around the
 // zero line 2047, clamped to 0..4095. Times are measured from the shot, so the first
 // sample lies at holdoff x 10 us; samples follow at rate 1 for n1, then at rate 2 for n2.
 inline std::vector<std::uint16_t> SynthesiseWaveform(const Formation& f, double offsetFeet, const ClpBlock& block,
@@ -146,6 +149,7 @@ inline std::vector<std::uint16_t> SynthesiseWaveform(const Formation& f, double 
     for (std::size_t i = 0; i < count; ++i) {
         double v = 0.0;
         for (const Arrival& a : arrivals) {
+            if (a.slowness == f.shearSlowness && f.shearSlowness >= f.fluidSlowness) continue;
             const double arrival = offsetFeet * a.slowness; // us
             v += a.amplitude * f.amplitude * Ricker((t - arrival) * 1e-6, a.frequency);
         }

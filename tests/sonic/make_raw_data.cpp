@@ -38,6 +38,8 @@ int main(int argc, char** argv)
     std::string output;
     std::string offsets = "3,4,5";
     std::string offsetUnit = "ft";
+    int receivers = 0;
+    double spacing = 1.0;
     int stacks = 1;
     int gainExponent = 5;
     int rate1 = 8, rate2 = 8, n1 = 256, n2 = 0, holdoff = 10;
@@ -50,10 +52,20 @@ int main(int argc, char** argv)
     app.add_flag("--descending", plan.descending, "record from the bottom up");
     app.add_option("--offsets", offsets, "transmitter-receiver offsets, comma-separated, one per receiver")
         ->capture_default_str();
+    app.add_option("--receivers", receivers,
+                   "this many receivers from the first of --offsets every --spacing (instead of the list)")
+        ->check(CLI::Range(1, 255));
+    app.add_option("--spacing", spacing, "receiver spacing for --receivers, in --offset-unit")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
     app.add_option("--offset-unit", offsetUnit, "unit of --offsets")->check(CLI::IsMember({"ft", "m"}))->capture_default_str();
     app.add_option("--dtc", plan.formation.compressionalSlowness, "compressional slowness, us/ft")->capture_default_str();
     app.add_option("--dts", plan.formation.shearSlowness, "shear slowness, us/ft")->capture_default_str();
     app.add_option("--dtst", plan.formation.stoneleySlowness, "Stoneley slowness, us/ft")->capture_default_str();
+    app.add_option("--fluid", plan.formation.fluidSlowness,
+                   "borehole fluid slowness, us/ft; no shear arrival where --dts is not faster")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
     app.add_option("--noise", plan.formation.noise, "noise standard deviation, counts")->capture_default_str()->check(CLI::NonNegativeNumber);
     app.add_option("--amplitude", plan.formation.amplitude, "scales every arrival")->capture_default_str();
     app.add_option("--gain", gainExponent, "gain exponent g (gain 2^g; 5 is AGC)")->capture_default_str()->check(CLI::Range(0, 15));
@@ -75,6 +87,17 @@ int main(int argc, char** argv)
 
     try {
         plan.offsetsFeet = ParseOffsets(offsets);
+        if (receivers > 0) {
+            const double nearest = plan.offsetsFeet.front();
+            plan.offsetsFeet.clear();
+            for (int r = 0; r < receivers; ++r) plan.offsetsFeet.push_back(nearest + r * spacing);
+        }
+        if (plan.formation.stoneleySlowness < plan.formation.fluidSlowness) {
+            std::cerr << "Error: the Stoneley slowness " << plan.formation.stoneleySlowness
+                      << " us/ft is faster than the fluid's " << plan.formation.fluidSlowness
+                      << " us/ft; a Stoneley wave is never faster than the borehole fluid.\n";
+            return 2;
+        }
         if (offsetUnit == "m") {
             for (double& o : plan.offsetsFeet) o /= 0.3048;
         }
