@@ -4,6 +4,7 @@
 #include "model/DocumentChanges.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <sstream>
 
@@ -40,7 +41,8 @@ bool CheckSonicVelocitySettings(const CBoreAnalystDoc& doc, const SonicVelocityS
 {
     const std::size_t n = settings.receivers.size();
     if (n < 2 || n > kMostReceivers) {
-        sink.Error("Error: sonic velocities need two to five receivers; " + std::to_string(n) + " were chosen.");
+        sink.Error("Error: sonic velocities need two to five receivers; " + std::to_string(n) +
+                   (n == 1 ? " was chosen." : " were chosen."));
         return false;
     }
     std::vector<const CSonicTrace*> traces;
@@ -123,6 +125,7 @@ CSonicVelocityProcess::CSonicVelocityProcess(CBoreAnalystDoc& doc, SonicVelocity
     m_sampleInterval = SampleInterval(*m_traces.front());
     m_startTime = StartTime(*m_traces.front());
     m_peaks.resize(m_stations);
+    if (m_settings.projectionImage) m_projection.resize(m_stations);
 }
 
 void CSonicVelocityProcess::ComputeStation(std::size_t i)
@@ -142,7 +145,19 @@ void CSonicVelocityProcess::ComputeStation(std::size_t i)
     station.sampleInterval = m_sampleInterval;
     station.startTime = m_startTime;
     const CoherenceMap map = ComputeCoherenceMap(station, m_settings.grid, m_settings.windowMicroseconds);
-    m_peaks[i] = FindCoherencePeaks(map, m_settings.threshold, PeakSeparation{m_settings.windowMicroseconds, 0.1});
+    if (m_settings.labelModes) {
+        m_peaks[i] = FindCoherencePeaks(map, m_settings.threshold, PeakSeparation{m_settings.windowMicroseconds, 0.1});
+    }
+    if (m_settings.projectionImage) {
+        ImageRow& row = m_projection[i];
+        row.assign(map.slowness.size(), 0);
+        const std::size_t rows = map.time.size();
+        for (std::size_t c = 0; c < map.slowness.size(); ++c) {
+            const auto column = std::span(map.rho).subspan(c * rows, rows);
+            const float most = rows > 0 ? *std::max_element(column.begin(), column.end()) : 0.0f;
+            row[c] = static_cast<std::uint16_t>(std::lround(std::clamp(most, 0.0f, 1.0f) * 4095.0f));
+        }
+    }
 }
 
 void CSonicVelocityProcess::Finish(std::size_t stations)
@@ -156,6 +171,14 @@ void CSonicVelocityProcess::Finish(std::size_t stations)
     }
     if (stations == 0) return;
 
+    std::vector<std::unique_ptr<CTrace>> made;
+    if (m_settings.labelModes) made = ModeLogs(stations);
+    if (m_settings.projectionImage) made.push_back(ProjectionImage(stations));
+    Deliver(std::move(made));
+}
+
+std::vector<std::unique_ptr<CTrace>> CSonicVelocityProcess::ModeLogs(std::size_t stations) const
+{
     const CSonicTrace& first = *m_traces.front();
     const std::string slownessUnit = SlownessUnitText(m_settings.outputUnit);
     const auto grid = m_settings.grid;
@@ -166,20 +189,22 @@ void CSonicVelocityProcess::Finish(std::size_t stations)
         float left, right;
         std::optional<CoherencePeak> ModePicks::*mode;
         int quantity; // 0 slowness, 1 coherence, 2 time
+        std::size_t modeIndex;
     };
     const Output outputs[] = {
-        {"DTC", slownessUnit, static_cast<float>(grid.last), static_cast<float>(grid.first), &ModePicks::compressional, 0},
-        {"DTS", slownessUnit, static_cast<float>(grid.last), static_cast<float>(grid.first), &ModePicks::shear, 0},
-        {"DTST", slownessUnit, static_cast<float>(grid.last), static_cast<float>(grid.first), &ModePicks::stoneley, 0},
-        {"COHC", "", 0.0f, 1.0f, &ModePicks::compressional, 1},
-        {"COHS", "", 0.0f, 1.0f, &ModePicks::shear, 1},
-        {"COHST", "", 0.0f, 1.0f, &ModePicks::stoneley, 1},
-        {"TTC", "us", 0.0f, static_cast<float>(lastTime), &ModePicks::compressional, 2},
-        {"TTS", "us", 0.0f, static_cast<float>(lastTime), &ModePicks::shear, 2},
-        {"TTST", "us", 0.0f, static_cast<float>(lastTime), &ModePicks::stoneley, 2},
+        {"DTC", slownessUnit, static_cast<float>(grid.last), static_cast<float>(grid.first), &ModePicks::compressional, 0, 0},
+        {"DTS", slownessUnit, static_cast<float>(grid.last), static_cast<float>(grid.first), &ModePicks::shear, 0, 1},
+        {"DTST", slownessUnit, static_cast<float>(grid.last), static_cast<float>(grid.first), &ModePicks::stoneley, 0, 2},
+        {"COHC", "", 0.0f, 1.0f, &ModePicks::compressional, 1, 0},
+        {"COHS", "", 0.0f, 1.0f, &ModePicks::shear, 1, 1},
+        {"COHST", "", 0.0f, 1.0f, &ModePicks::stoneley, 1, 2},
+        {"TTC", "us", 0.0f, static_cast<float>(lastTime), &ModePicks::compressional, 2, 0},
+        {"TTS", "us", 0.0f, static_cast<float>(lastTime), &ModePicks::shear, 2, 1},
+        {"TTST", "us", 0.0f, static_cast<float>(lastTime), &ModePicks::stoneley, 2, 2},
     };
     std::vector<std::unique_ptr<CTrace>> made;
     for (const Output& o : outputs) {
+        if (!m_settings.modes[o.modeIndex]) continue;
         auto trace = MakeDerivedLineTrace(m_doc, o.left, o.right, o.name, o.units);
         trace->SetDepthUnit(first.DepthUnit());
         trace->StoredDepths().Reserve(stations);
@@ -194,7 +219,52 @@ void CSonicVelocityProcess::Finish(std::size_t stations)
         }
         made.push_back(std::move(trace));
     }
-    m_doc.Apply(MakeAddTracesChange(JobName(), std::move(made)));
+    return made;
+}
+
+std::unique_ptr<CTrace> CSonicVelocityProcess::ProjectionImage(std::size_t stations) const
+{
+    const CSonicTrace& first = *m_traces.front();
+    auto image = std::make_unique<CImageTrace>(kSlownessProjectionName, static_cast<float>(m_settings.grid.first),
+                                               static_cast<float>(m_settings.grid.At(m_settings.grid.Count() - 1)),
+                                               SlownessUnitText(m_settings.outputUnit));
+    image->SetDepthUnit(first.DepthUnit());
+    image->SetTrackIndex(first.TrackIndex());
+    for (std::size_t i = 0; i < stations; ++i) image->AppendRow(first.StoredDepth(i), m_projection[i]);
+    return image;
+}
+
+void CSonicVelocityProcess::Deliver(std::vector<std::unique_ptr<CTrace>> made)
+{
+    if (made.empty()) return;
+    if (!m_settings.replaceEarlier) {
+        m_doc.Apply(MakeAddTracesChange(JobName(), std::move(made)));
+        return;
+    }
+    std::vector<std::unique_ptr<CDocumentChange>> parts;
+    std::vector<std::unique_ptr<CTrace>> added;
+    for (auto& trace : made) {
+        std::optional<std::size_t> earlier;
+        for (std::size_t t = 0; t < m_doc.TraceCount(); ++t) {
+            if (m_doc.Trace(t).Name() == trace->Name() && m_doc.Trace(t).Kind() == trace->Kind()) earlier = t;
+        }
+        if (!earlier) {
+            added.push_back(std::move(trace));
+            continue;
+        }
+        // The earlier log's place and look stay; only its samples are new.
+        const CTrace& old = m_doc.Trace(*earlier);
+        trace->SetTrackIndex(old.TrackIndex());
+        trace->SetFlags(old.Flags());
+        trace->SetScale(old.ScaleLeft(), old.ScaleRight());
+        if (auto* line = dynamic_cast<CLineTrace*>(trace.get())) {
+            const auto& pen = dynamic_cast<const CLineTrace&>(old);
+            line->ChangePen(pen.PenWidth(), pen.PenStyle(), pen.ColourIndex(), pen.Colour());
+        }
+        parts.push_back(MakeReplaceTraceChange(JobName(), *earlier, std::move(trace)));
+    }
+    if (!added.empty()) parts.push_back(MakeAddTracesChange(JobName(), std::move(added)));
+    m_doc.Apply(parts.size() == 1 ? std::move(parts.front()) : MakeCompositeChange(JobName(), std::move(parts)));
 }
 
 } // namespace ba

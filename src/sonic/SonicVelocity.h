@@ -7,7 +7,9 @@
 //   "DTC", "DTS", "DTST"    slowness, in the output unit
 //   "COHC", "COHS", "COHST" coherence, 0..1
 //   "TTC", "TTS", "TTST"    arrival time on the first receiver (window start), µs
-// A mode not found at a station is null there.
+// A mode not found at a station is null there. Optionally also "STC", an image trace of the
+// slowness projection: at each station, for each slowness of the grid (across), the largest
+// coherence over time, as 0..4095.
 
 #include "base/MessageSink.h"
 #include "model/BoreAnalystDoc.h"
@@ -16,6 +18,7 @@
 #include "sonic/ModePicking.h"
 #include "sonic/Semblance.h"
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -36,7 +39,17 @@ struct SonicVelocitySettings {
     double windowMicroseconds = 120.0; // about two periods of a 15 kHz compressional arrival
     float threshold = kDefaultCoherenceThreshold;
     double fluidSlownessPerFoot = 189.0; // the borehole fluid, µs/ft (fresh water)
+
+    // What the job makes: the logs of each mode (compressional, shear, Stoneley; none when
+    // the modes are not labelled at all), the projection image, and whether logs of the
+    // same names made before are replaced (keeping their place and look) or joined by new ones.
+    std::array<bool, 3> modes{true, true, true};
+    bool labelModes = true;
+    bool projectionImage = false;
+    bool replaceEarlier = false;
 };
+
+inline constexpr const char* kSlownessProjectionName = "STC";
 
 // "us/ft" or "us/m".
 const char* SlownessUnitText(LengthUnit unit);
@@ -65,6 +78,11 @@ protected:
     void Finish(std::size_t stations) override;
 
 private:
+    std::vector<std::unique_ptr<CTrace>> ModeLogs(std::size_t stations) const;
+    std::unique_ptr<CTrace> ProjectionImage(std::size_t stations) const;
+    // Adds `made`, or replaces the last trace of each name made before.
+    void Deliver(std::vector<std::unique_ptr<CTrace>> made);
+
     CBoreAnalystDoc& m_doc;
     SonicVelocitySettings m_settings;
     std::vector<const CSonicTrace*> m_traces;
@@ -73,6 +91,7 @@ private:
     double m_sampleInterval = 1.0;
     double m_startTime = 0.0;
     std::vector<std::vector<CoherencePeak>> m_peaks; // per station
+    std::vector<ImageRow> m_projection;              // per station, when asked for
     std::vector<ModePicks> m_picks;
 };
 

@@ -1,24 +1,12 @@
 #include "spectral/SpectralDialogModel.h"
 
-#include <charconv>
-#include <cmath>
-#include <type_traits>
-#include <variant>
-
 namespace ba {
 namespace {
 
-using SettingField = std::variant<bool*, int*, double*, std::string*>;
-
-struct NamedField {
-    std::string name;
-    SettingField field;
-};
-
 // Every remembered setting with its value name; the one place that ties names to fields.
-std::vector<NamedField> Fields(SpectralDialogSettings& s)
+std::vector<NamedSetting> Fields(SpectralDialogSettings& s)
 {
-    std::vector<NamedField> fields = {
+    std::vector<NamedSetting> fields = {
         {"LogPlot", &s.logPlot},
         {"PlottingScale", &s.plottingScale},
         {"Decades", &s.decades},
@@ -53,53 +41,6 @@ bool IsCalibrationName(const std::string& name)
     return name.starts_with("First") || name.starts_with("Second");
 }
 
-std::string SettingPath(const std::string& name) { return std::string(kSpectralDialogKey) + name; }
-
-std::string_view SkipLeadingBlanks(std::string_view text)
-{
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
-    return text;
-}
-
-// Parses `text` into `*field`; false (field untouched) when it cannot be read as the type.
-bool ReadInto(const SettingField& field, const std::string& text)
-{
-    return std::visit(
-        [&](auto* target) {
-            using T = std::remove_pointer_t<decltype(target)>;
-            if constexpr (std::is_same_v<T, std::string>) {
-                *target = text;
-                return true;
-            } else if constexpr (std::is_same_v<T, double>) {
-                const auto value = ParseSettingNumber(text);
-                if (value) *target = *value;
-                return value.has_value();
-            } else if constexpr (std::is_same_v<T, bool>) {
-                const auto value = ParseSettingInteger(text); // flags are stored as 1 or 0
-                if (value) *target = *value != 0;
-                return value.has_value();
-            } else {
-                const auto value = ParseSettingInteger(text);
-                if (value) *target = *value;
-                return value.has_value();
-            }
-        },
-        field);
-}
-
-std::string TextOf(const SettingField& field)
-{
-    return std::visit(
-        [](auto* source) -> std::string {
-            using T = std::remove_pointer_t<decltype(source)>;
-            if constexpr (std::is_same_v<T, std::string>) return *source;
-            else if constexpr (std::is_same_v<T, double>) return SettingText(*source);
-            else if constexpr (std::is_same_v<T, bool>) return *source ? "1" : "0";
-            else return std::to_string(*source);
-        },
-        field);
-}
-
 } // namespace
 
 std::vector<std::string> SpectralSettingNames()
@@ -110,55 +51,16 @@ std::vector<std::string> SpectralSettingNames()
     return names;
 }
 
-std::string SettingText(double value)
-{
-    char buffer[32];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
-    return std::string(buffer, result.ptr);
-}
-
-std::optional<double> ParseSettingNumber(std::string_view text)
-{
-    text = SkipLeadingBlanks(text);
-    if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-    double value = 0.0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec != std::errc() || result.ptr != text.data() + text.size() || !std::isfinite(value)) {
-        return std::nullopt;
-    }
-    return value;
-}
-
-std::optional<int> ParseSettingInteger(std::string_view text)
-{
-    text = SkipLeadingBlanks(text);
-    if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-    int value = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec != std::errc() || result.ptr != text.data() + text.size()) return std::nullopt;
-    return value;
-}
-
 SettingsLoadReport LoadSpectralSettings(ISettingsStore& store, SpectralDialogSettings& settings)
 {
-    SettingsLoadReport report;
-    for (const auto& f : Fields(settings)) {
-        const auto text = store.Read(SettingsRoot::LocalMachine, SettingPath(f.name));
-        if (!text) report.missing.push_back(f.name);
-        else if (!ReadInto(f.field, *text)) report.unreadable.push_back(f.name);
-    }
-    return report;
+    return LoadSettingFields(store, kSpectralDialogKey, Fields(settings));
 }
 
 bool SaveSpectralSettings(ISettingsStore& store, const SpectralDialogSettings& settings)
 {
     // Fields() hands out pointers for reading and writing alike; saving only reads them.
     SpectralDialogSettings copy = settings;
-    bool allWritten = true;
-    for (const auto& f : Fields(copy)) {
-        if (!store.Write(SettingsRoot::LocalMachine, SettingPath(f.name), TextOf(f.field))) allWritten = false;
-    }
-    return allWritten;
+    return SaveSettingFields(store, kSpectralDialogKey, Fields(copy));
 }
 
 SettingsLoadReport CSpectralDialogModel::Open(IMessageSink& sink)

@@ -4,7 +4,7 @@
 // summing, the energy scale and the spectrum view.
 
 #include "base/MessageSink.h"
-#include "settings/SettingsStore.h"
+#include "settings/SettingFields.h"
 #include "model/SpectralTrace.h"
 #include "spectral/EnergyCalibration.h"
 #include "spectral/SpectrumDisplay.h"
@@ -50,25 +50,10 @@ struct SpectralDialogSettings {
 // The value names, in the order they are read and written.
 std::vector<std::string> SpectralSettingNames();
 
-// What loading found: values absent from the store, and values present whose text could
-// not be read as the setting's type. Both keep their defaults.
-struct SettingsLoadReport {
-    std::vector<std::string> missing;
-    std::vector<std::string> unreadable;
-};
-
 // Reads every setting from the local-machine store, over the values `settings` holds.
 SettingsLoadReport LoadSpectralSettings(ISettingsStore& store, SpectralDialogSettings& settings);
 // Writes every setting; false when any write was refused (the others are still written).
 bool SaveSpectralSettings(ISettingsStore& store, const SpectralDialogSettings& settings);
-
-// How a setting is written: whole numbers and flags (1 or 0) as integers, other numbers in
-// the shortest text that reads back to the same value ("0.5", "60", "2614").
-std::string SettingText(double value);
-// Reads a number as the store returns it: leading blanks are allowed, anything else after
-// the number is not. None for text that is not a finite number.
-std::optional<double> ParseSettingNumber(std::string_view text);
-std::optional<int> ParseSettingInteger(std::string_view text);
 
 class CSpectralDialogModel {
 public:

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -101,7 +102,7 @@ TEST(SonicVelocity, SettingsAreCheckedBeforeAnythingRuns)
     SonicVelocitySettings fewOffsets = Settings({3.0, 4.0, 5.0});
     fewOffsets.offsets.pop_back();
     const Case cases[] = {
-        {"one receiver", one, "Error: sonic velocities need two to five receivers; 1 were chosen."},
+        {"one receiver", one, "Error: sonic velocities need two to five receivers; 1 was chosen."},
         {"offsets out of order", decreasing,
          "Error: the offsets must increase from the first receiver to the last; receiver 3 is at 4 ft, receiver 2 at 5 ft."},
         {"window longer than the record", longWindow,
@@ -122,6 +123,64 @@ TEST(SonicVelocity, SettingsAreCheckedBeforeAnythingRuns)
     EXPECT_EQ(sink.Texts(), std::vector<std::string>{"Error: \"RX 3\" records 500 samples every 8 us from 100 us, but "
                                                      "\"RX 1\" 500 every 4 us from 100 us; the receivers must be "
                                                      "sampled alike."});
+}
+
+// What the job makes follows its choices; replacing keeps the earlier logs' places and
+// looks, and one undo takes the whole run back.
+TEST(SonicVelocity, OutputChoicesAndReplacingEarlierLogs)
+{
+    struct Case {
+        const char* what;
+        std::array<bool, 3> modes;
+        bool label, image;
+        std::vector<std::string> added;
+    };
+    const Case cases[] = {
+        {"compressional only", {true, false, false}, true, false, {"DTC", "COHC", "TTC"}},
+        {"shear and image", {false, true, false}, true, true, {"DTS", "COHS", "TTS", "STC"}},
+        {"coherence only", {true, true, true}, false, true, {"STC"}},
+    };
+    for (const Case& c : cases) {
+        auto run = LoggedInterval(synth::Formation{}, {3.0, 4.0, 5.0});
+        SonicVelocitySettings settings = Settings({3.0, 4.0, 5.0});
+        settings.modes = c.modes;
+        settings.labelModes = c.label;
+        settings.projectionImage = c.image;
+        CSonicVelocityProcess job(*run.doc, settings);
+        RunWithoutPanel(job, 1);
+        std::vector<std::string> added;
+        for (std::size_t t = 3; t < run.doc->TraceCount(); ++t) added.push_back(run.doc->Trace(t).Name());
+        EXPECT_EQ(added, c.added) << c.what;
+        if (!c.image) continue;
+        // The projection peaks at the compressional slowness's column (60 us/ft on 40, 41, ...).
+        const auto& image = dynamic_cast<const CImageTrace&>(*run.doc->FindTrace("STC"));
+        ASSERT_EQ(image.RowCount(), 16u);
+        ASSERT_EQ(image.Row(0).size(), 261u);
+        EXPECT_GT(image.Row(0)[20], 0.9 * 4095) << c.what;
+        EXPECT_LT(image.Row(0)[5], image.Row(0)[20]) << c.what;
+    }
+
+    auto run = LoggedInterval(synth::Formation{}, {3.0, 4.0, 5.0});
+    SonicVelocitySettings settings = Settings({3.0, 4.0, 5.0});
+    settings.modes = {true, false, false};
+    CSonicVelocityProcess first(*run.doc, settings);
+    RunWithoutPanel(first, 1);
+    CLineTrace& dtc = dynamic_cast<CLineTrace&>(*run.doc->FindTrace("DTC"));
+    dtc.SetTrackIndex(3);
+    dtc.ChangePen(2, 1, 4);
+    const auto before = WriteDocumentBytes(*run.doc);
+    settings.replaceEarlier = true;
+    settings.windowMicroseconds = 200.0;
+    CSonicVelocityProcess again(*run.doc, settings);
+    RunWithoutPanel(again, 1);
+    ASSERT_EQ(run.doc->TraceCount(), 6u);
+    const CLineTrace& replaced = Log(*run.doc, "DTC");
+    EXPECT_EQ(replaced.TrackIndex(), 3);
+    EXPECT_EQ(replaced.PenWidth(), 2);
+    EXPECT_EQ(replaced.ColourIndex(), 4);
+    EXPECT_NE(WriteDocumentBytes(*run.doc), before);
+    run.doc->Undo();
+    EXPECT_EQ(WriteDocumentBytes(*run.doc), before);
 }
 
 } // namespace
