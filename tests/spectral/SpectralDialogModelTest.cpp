@@ -1,6 +1,6 @@
 #include "spectral/SpectralDialogModel.h"
 
-#include "spectral/FakeSettingsStore.h"
+#include "settings/FakeSettingsStore.h"
 
 #include <gtest/gtest.h>
 
