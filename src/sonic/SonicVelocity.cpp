@@ -128,7 +128,7 @@ CSonicVelocityProcess::CSonicVelocityProcess(CBoreAnalystDoc& doc, SonicVelocity
     if (m_settings.projectionImage) m_projection.resize(m_stations);
 }
 
-void CSonicVelocityProcess::ComputeStation(std::size_t i)
+CoherenceMap CSonicVelocityProcess::StationMap(std::size_t i) const
 {
     // The waveforms about their zero line, as floats, one station at a time.
     std::vector<std::vector<float>> waveforms(m_traces.size());
@@ -144,7 +144,26 @@ void CSonicVelocityProcess::ComputeStation(std::size_t i)
     station.offsets = m_offsetsInOutputUnit;
     station.sampleInterval = m_sampleInterval;
     station.startTime = m_startTime;
-    const CoherenceMap map = ComputeCoherenceMap(station, m_settings.grid, m_settings.windowMicroseconds);
+    return ComputeCoherenceMap(station, m_settings.grid, m_settings.windowMicroseconds);
+}
+
+ModeRules CSonicVelocityProcess::Rules() const
+{
+    ModeRules rules;
+    rules.fluidSlowness = m_settings.outputUnit == LengthUnit::Feet ? m_settings.fluidSlownessPerFoot
+                                                                     : m_settings.fluidSlownessPerFoot * kFeetPerMetre;
+    return rules;
+}
+
+ModePicks CSonicVelocityProcess::StationLabels(const CoherenceMap& map) const
+{
+    const auto peaks = FindCoherencePeaks(map, m_settings.threshold, PeakSeparation{m_settings.windowMicroseconds, 0.1});
+    return LabelModes(peaks, Rules(), nullptr);
+}
+
+void CSonicVelocityProcess::ComputeStation(std::size_t i)
+{
+    const CoherenceMap map = StationMap(i);
     if (m_settings.labelModes) {
         m_peaks[i] = FindCoherencePeaks(map, m_settings.threshold, PeakSeparation{m_settings.windowMicroseconds, 0.1});
     }
@@ -162,9 +181,7 @@ void CSonicVelocityProcess::ComputeStation(std::size_t i)
 
 void CSonicVelocityProcess::Finish(std::size_t stations)
 {
-    ModeRules rules;
-    rules.fluidSlowness = m_settings.outputUnit == LengthUnit::Feet ? m_settings.fluidSlownessPerFoot
-                                                                     : m_settings.fluidSlownessPerFoot * kFeetPerMetre;
+    const ModeRules rules = Rules();
     m_picks.clear();
     for (std::size_t i = 0; i < stations; ++i) {
         m_picks.push_back(LabelModes(m_peaks[i], rules, m_picks.empty() ? nullptr : &m_picks.back()));

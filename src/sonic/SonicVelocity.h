@@ -74,10 +74,16 @@ public:
     // The labels of each station handed over, in depth order (for tests and the QC view).
     const std::vector<ModePicks>& Picks() const { return m_picks; }
 
+    // One station's coherence map, from its waveforms as the job reads them, and its labels
+    // judged on their own (without the station before).
+    CoherenceMap StationMap(std::size_t i) const;
+    ModePicks StationLabels(const CoherenceMap& map) const;
+
 protected:
     void Finish(std::size_t stations) override;
 
 private:
+    ModeRules Rules() const;
     std::vector<std::unique_ptr<CTrace>> ModeLogs(std::size_t stations) const;
     std::unique_ptr<CTrace> ProjectionImage(std::size_t stations) const;
     // Adds `made`, or replaces the last trace of each name made before.
