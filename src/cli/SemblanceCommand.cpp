@@ -4,14 +4,12 @@
 #include "cli/Command.h"
 #include "cli/DocumentAccess.h"
 #include "cli/SonicOptions.h"
-#include "cli/TraceUtilityCommand.h"
 #include "sonic/BackgroundProcess.h"
 #include "sonic/SonicVelocity.h"
 
 #include <algorithm>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -33,15 +31,7 @@ depend on the thread count. Output: one line per mode with the stations where it
 
 struct SemblanceOptions {
     std::string document;
-    std::string receivers;
-    std::string offsets;
-    std::string offsetUnits = "ft";
-    std::string slowness;
-    double window = 120.0;
-    std::string windowText;
-    double threshold = kDefaultCoherenceThreshold;
-    std::string thresholdText;
-    std::string units = "us/ft";
+    CoherenceOptions coherence;
     unsigned threads = 0;
     std::string output;
 };
@@ -49,21 +39,7 @@ struct SemblanceOptions {
 void RunSemblance(const SemblanceOptions& options, CommandContext& context)
 {
     const auto doc = OpenOrFail(options.document, context.sink);
-    SonicVelocitySettings settings;
-    settings.receivers = ResolveReceivers(*doc, options.receivers, options.document);
-    settings.offsets = Numbers(options.offsets, "--offsets");
-    settings.offsetUnit = LengthUnitOf(options.offsetUnits);
-    settings.outputUnit = SlownessLengthUnitOf(options.units);
-    if (settings.outputUnit == LengthUnit::Metres) settings.grid = {130.0, 990.0, 3.0};
-    if (!options.slowness.empty()) {
-        const std::vector<double> grid = Numbers(options.slowness, "--slowness");
-        if (grid.size() != 3) throw CommandFailure(kExitUsage, "Error: --slowness takes MIN,MAX,STEP.");
-        settings.grid = {grid[0], grid[1], grid[2]};
-    }
-    settings.windowMicroseconds = options.window;
-    settings.threshold = static_cast<float>(options.threshold);
-    if (!CheckSonicVelocitySettings(*doc, settings, context.sink)) throw CommandFailure(kExitFailure, {});
-
+    const SonicVelocitySettings settings = options.coherence.Settings(*doc, options.document, context.sink);
     CSonicVelocityProcess job(*doc, settings);
     const unsigned threads = options.threads != 0 ? options.threads : std::max(1u, std::thread::hardware_concurrency());
     RunWithoutPanel(job, threads);
@@ -87,25 +63,7 @@ Command AddSemblanceCommand(CLI::App& app)
                                                     "sonic waveforms and save the document to OUT.bal.");
     sub->footer(kSemblanceFooter);
     sub->add_option("DOC", options->document, "the document (.bal)")->required();
-    sub->add_option("--receivers", options->receivers, "the receivers' sonic traces, nearest first")
-        ->type_name("A,B,...")
-        ->required();
-    sub->add_option("--offsets", options->offsets, "transmitter to receiver distances, one per receiver")
-        ->type_name("O1,O2,...")
-        ->required();
-    sub->add_option("--offset-units", options->offsetUnits, "unit of --offsets (default ft)")
-        ->check(CLI::IsMember({"ft", "m"}));
-    sub->add_option("--slowness", options->slowness,
-                    "the slowness grid in --units (default 40,300,1 us/ft or 130,990,3 us/m)")
-        ->type_name("MIN,MAX,STEP");
-    sub->add_option("--window", options->windowText, "the coherence window, us (default 120)")
-        ->type_name("US")
-        ->check(DoubleInto(options->window));
-    sub->add_option("--threshold", options->thresholdText, "the coherence a peak must reach (default 0.7)")
-        ->type_name("C")
-        ->check(DoubleInto(options->threshold));
-    sub->add_option("--units", options->units, "slowness unit of the output (default us/ft)")
-        ->check(CLI::IsMember({"us/ft", "us/m"}));
+    options->coherence.AddTo(*sub);
     sub->add_option("--threads", options->threads, "threads computing stations (default: every core)")
         ->check(CLI::Range(1u, 256u));
     sub->add_option("-o,--output", options->output, "the document to write (.bal)")->required();

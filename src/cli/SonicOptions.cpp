@@ -41,4 +41,42 @@ LengthUnit LengthUnitOf(const std::string& text) { return text == "m" ? LengthUn
 
 LengthUnit SlownessLengthUnitOf(const std::string& text) { return text == "us/m" ? LengthUnit::Metres : LengthUnit::Feet; }
 
+void CoherenceOptions::AddTo(CLI::App& sub)
+{
+    sub.add_option("--receivers", receivers, "the receivers' sonic traces, nearest first")->type_name("A,B,...")->required();
+    sub.add_option("--offsets", offsets, "transmitter to receiver distances, one per receiver")
+        ->type_name("O1,O2,...")
+        ->required();
+    sub.add_option("--offset-units", offsetUnits, "unit of --offsets (default ft)")->check(CLI::IsMember({"ft", "m"}));
+    sub.add_option("--slowness", slowness, "the slowness grid in --units (default 40,300,1 us/ft or 130,990,3 us/m)")
+        ->type_name("MIN,MAX,STEP");
+    sub.add_option("--window", windowText, "the coherence window, us (default 120)")
+        ->type_name("US")
+        ->check(DoubleInto(window));
+    sub.add_option("--threshold", thresholdText, "the coherence a peak must reach (default 0.7)")
+        ->type_name("C")
+        ->check(DoubleInto(threshold));
+    sub.add_option("--units", units, "slowness unit of the output (default us/ft)")->check(CLI::IsMember({"us/ft", "us/m"}));
+}
+
+SonicVelocitySettings CoherenceOptions::Settings(const CBoreAnalystDoc& doc, const std::string& docPath,
+                                                 IMessageSink& sink) const
+{
+    SonicVelocitySettings settings;
+    settings.receivers = ResolveReceivers(doc, receivers, docPath);
+    settings.offsets = Numbers(offsets, "--offsets");
+    settings.offsetUnit = LengthUnitOf(offsetUnits);
+    settings.outputUnit = SlownessLengthUnitOf(units);
+    if (settings.outputUnit == LengthUnit::Metres) settings.grid = {130.0, 990.0, 3.0};
+    if (!slowness.empty()) {
+        const std::vector<double> grid = Numbers(slowness, "--slowness");
+        if (grid.size() != 3) throw CommandFailure(kExitUsage, "Error: --slowness takes MIN,MAX,STEP.");
+        settings.grid = {grid[0], grid[1], grid[2]};
+    }
+    settings.windowMicroseconds = window;
+    settings.threshold = static_cast<float>(threshold);
+    if (!CheckSonicVelocitySettings(doc, settings, sink)) throw CommandFailure(kExitFailure, {});
+    return settings;
+}
+
 } // namespace ba::cli
