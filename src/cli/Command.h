@@ -50,6 +50,7 @@ Command AddSetTraceCommand(CLI::App& app);
 Command AddImportLasCommand(CLI::App& app);
 Command AddImportRawDataCommand(CLI::App& app);
 Command AddSemblanceCommand(CLI::App& app);
+Command AddStcMapCommand(CLI::App& app);
 Command AddExportLasCommand(CLI::App& app);
 Command AddExportTextCommand(CLI::App& app);
 Command AddExportWellCadCommand(CLI::App& app);

@@ -3,12 +3,11 @@
 
 #include "cli/Command.h"
 #include "cli/DocumentAccess.h"
+#include "cli/GuiApplication.h"
 #include "cli/OptionParsers.h"
 #include "view/LogPlotRenderer.h"
 #include "view/PlotFileExport.h"
 #include "view/PlotText.h"
-
-#include <QGuiApplication>
 
 #include <cmath>
 #include <filesystem>
@@ -46,30 +45,6 @@ float DefaultTop(const CBoreAnalystDoc& doc)
     }
     if (!std::isfinite(smallest)) return 0.0f;
     return static_cast<float>(std::floor(smallest / 100.0) * 100.0);
-}
-
-// Qt's messages go to standard error as usual, except its note that the per-user runtime
-// folder is unset: the offscreen platform never uses that folder, and on servers and in
-// containers the note would follow every plot.
-QtMessageHandler g_defaultQtHandler = nullptr;
-
-void FilterQtMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
-{
-    if (message.startsWith(QStringLiteral("QStandardPaths: XDG_RUNTIME_DIR not set"))) return;
-    if (g_defaultQtHandler != nullptr) g_defaultQtHandler(type, context, message);
-}
-
-// Painting needs a GUI application object; the tool never shows a window, so the
-// offscreen platform serves unless the user chose another.
-void EnsureGuiApplication()
-{
-    if (QGuiApplication::instance() != nullptr) return;
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    g_defaultQtHandler = qInstallMessageHandler(FilterQtMessage);
-    static int argc = 1;
-    static char name[] = "boreanalyst-cli";
-    static char* argv[] = {name, nullptr};
-    static QGuiApplication app(argc, argv);
 }
 
 void RunPlot(const PlotOptions& options, CommandContext& context)

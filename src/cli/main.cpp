@@ -82,6 +82,7 @@ int main(int argc, char** argv)
         ba::cli::AddValueAtCommand(app),  ba::cli::AddAddTraceCommand(app), ba::cli::AddRemoveTraceCommand(app),
         ba::cli::AddSetTraceCommand(app),
         ba::cli::AddImportLasCommand(app), ba::cli::AddImportRawDataCommand(app), ba::cli::AddSemblanceCommand(app),
+        ba::cli::AddStcMapCommand(app),
         ba::cli::AddExportLasCommand(app), ba::cli::AddExportTextCommand(app), ba::cli::AddExportWellCadCommand(app),
         ba::cli::AddClassifyUnitsCommand(app), ba::cli::AddConvertUnitsCommand(app),
 #ifdef BA_CLI_HAS_PLOT

@@ -161,6 +161,23 @@ ModePicks CSonicVelocityProcess::StationLabels(const CoherenceMap& map) const
     return LabelModes(peaks, Rules(), nullptr);
 }
 
+std::optional<std::size_t> CSonicVelocityProcess::StationNear(double depth) const
+{
+    const CSonicTrace& first = *m_traces.front();
+    if (m_stations == 0 || !std::isfinite(depth)) return std::nullopt;
+    std::size_t nearest = 0;
+    for (std::size_t i = 1; i < m_stations; ++i) {
+        if (std::abs(first.Depth(i) - depth) < std::abs(first.Depth(nearest) - depth)) nearest = i;
+    }
+    const double top = std::min(first.FirstDepth(), first.LastDepth());
+    const double bottom = std::max(first.FirstDepth(), first.LastDepth());
+    const double half = 0.5 * std::abs(first.SamplingStep());
+    if (depth < top - half || depth > bottom + half) return std::nullopt;
+    return nearest;
+}
+
+double CSonicVelocityProcess::StationDepth(std::size_t i) const { return m_traces.front()->Depth(i); }
+
 void CSonicVelocityProcess::ComputeStation(std::size_t i)
 {
     const CoherenceMap map = StationMap(i);

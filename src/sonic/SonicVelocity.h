@@ -78,6 +78,11 @@ public:
     // judged on their own (without the station before).
     CoherenceMap StationMap(std::size_t i) const;
     ModePicks StationLabels(const CoherenceMap& map) const;
+    // The station nearest display depth `depth`: none where the depth lies beyond the first
+    // or last station by more than half a sampling step.
+    std::optional<std::size_t> StationNear(double depth) const;
+    double StationDepth(std::size_t i) const;
+    const SonicVelocitySettings& Settings() const { return m_settings; }
 
 protected:
     void Finish(std::size_t stations) override;
