@@ -4,11 +4,13 @@
 // with "*" while there are unsaved changes; closing asks the main frame first.
 
 #include "model/BoreAnalystDoc.h"
+#include "sonic/SonicVelocity.h"
 
 #include <QMdiSubWindow>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace ba {
 
@@ -25,6 +27,10 @@ public:
     // Asked when the window is about to close; false keeps it open.
     void SetCloseGuard(std::function<bool(CDocumentWindow&)> guard) { m_closeGuard = std::move(guard); }
 
+    // The settings of the last sonic velocity run on this document, for its QC view.
+    const std::optional<SonicVelocitySettings>& SonicSettings() const { return m_sonicSettings; }
+    void SetSonicSettings(const SonicVelocitySettings& settings) { m_sonicSettings = settings; }
+
     // Refreshes the title and the view after the document changed, then says so.
     void DocumentChanged();
     QString TitleText() const;
@@ -39,6 +45,7 @@ private:
     std::unique_ptr<CBoreAnalystDoc> m_doc;
     CLogPlotView* m_view = nullptr;
     std::function<bool(CDocumentWindow&)> m_closeGuard;
+    std::optional<SonicVelocitySettings> m_sonicSettings;
 };
 
 } // namespace ba

@@ -4,6 +4,7 @@
 #include "app/HistoryPanel.h"
 #include "app/JobRunner.h"
 #include "app/TraceClipboardBridge.h"
+#include "view/CoherenceMapView.h"
 #include "view/LogPlotView.h"
 #include "view/MessageBoxSink.h"
 
@@ -11,6 +12,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFileDialog>
@@ -70,6 +72,12 @@ CMainFrame::CMainFrame(ShellServices services, QWidget* parent)
     m_history = new CHistoryPanel(this);
     m_jobs = new CJobRunner(*this);
     addDockWidget(Qt::RightDockWidgetArea, m_history);
+    m_coherenceDock = new QDockWidget(tr("Coherence Map"), this);
+    m_coherenceDock->setObjectName("coherenceDock");
+    m_coherenceView = new CCoherenceMapView(m_coherenceDock);
+    m_coherenceDock->setWidget(m_coherenceView);
+    addDockWidget(Qt::RightDockWidgetArea, m_coherenceDock);
+    m_coherenceDock->hide();
 
     CreateActions();
     CreateMenus();
@@ -131,6 +139,10 @@ CDocumentWindow* CMainFrame::AddDocument(std::unique_ptr<CBoreAnalystDoc> doc)
     window->SetCloseGuard([this](CDocumentWindow& w) { return ConfirmClose(w); });
     CLogPlotView& view = window->View();
     connect(&view, &CLogPlotView::readoutChanged, this, &CMainFrame::ShowReadout);
+    connect(&view, &CLogPlotView::cursorDepthChanged, this, [this, window](double depth) { ShowCoherenceAt(*window, depth); });
+    connect(window, &QObject::destroyed, this, [this, doc = &window->Document()] {
+        if (m_coherenceView->SourceDocument() == doc) m_coherenceView->ClearSource(tr("The document was closed."));
+    });
     connect(&view, &CLogPlotView::selectionChanged, this, &CMainFrame::UpdateActions);
     connect(&view, &CLogPlotView::traceActivated, this, [this](CTrace* trace) { EditTraceProperties(*trace); });
     connect(window, &CDocumentWindow::documentChanged, this, [this] { UpdateActions(); });
@@ -293,6 +305,9 @@ void CMainFrame::CreateActions()
         make(tr("&Spectral Processing..."), QKeySequence(), kNoIcon, [this] { ProcessSpectra(); });
     a.mechanicalProperties =
         make(tr("&Mechanical Properties..."), QKeySequence(), kNoIcon, [this] { ComputeMechanicalProperties(); });
+    a.sonicVelocity = make(tr("&Sonic Velocity..."), QKeySequence(), kNoIcon, [this] { ComputeSonicVelocities(); });
+    a.showCoherenceMap = m_coherenceDock->toggleViewAction();
+    a.showCoherenceMap->setText(tr("&Coherence Map"));
     a.commonLogs = make(tr("&Common Logs..."), QKeySequence(), kNoIcon, [this] { DeriveCommonLog(); });
     a.formulaLog = make(tr("&Formula Log..."), QKeySequence(), kNoIcon, [this] { DeriveFormulaLog(); });
     // Edit > Trace Utilities, in the order of kTraceUtilities.
@@ -333,8 +348,11 @@ void CMainFrame::CreateMenus()
     for (QAction* action : a.traceUtilities) utilities->addAction(action);
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addActions({a.zoomIn, a.zoomOut, a.goToDepth});
+    view->addSeparator();
+    view->addAction(a.showCoherenceMap);
     menuBar()->addMenu(tr("&Process"))
-        ->addActions({a.unitConversion, a.spectralProcessing, a.mechanicalProperties, a.commonLogs, a.formulaLog});
+        ->addActions({a.unitConversion, a.spectralProcessing, a.mechanicalProperties, a.sonicVelocity, a.commonLogs,
+                       a.formulaLog});
     menuBar()->addMenu(tr("&Help"))->addAction(a.about);
 
     QToolBar* tools = addToolBar(tr("Standard"));
@@ -381,7 +399,8 @@ void CMainFrame::UpdateActions()
     auto& a = m_actions;
     for (QAction* action : {a.save, a.saveAs, a.exportLas, a.exportText, a.exportImage, a.exportWellCad, a.exportPlot,
                             a.print, a.printPreview, a.zoomIn, a.zoomOut, a.goToDepth, a.unitConversion,
-                            a.spectralProcessing, a.mechanicalProperties, a.commonLogs, a.formulaLog}) {
+                            a.spectralProcessing, a.mechanicalProperties, a.sonicVelocity, a.commonLogs,
+                            a.formulaLog}) {
         action->setEnabled(hasDoc);
     }
     for (QAction* action : a.traceUtilities) action->setEnabled(hasDoc);

@@ -18,6 +18,7 @@
 #include <string_view>
 
 class QAction;
+class QDockWidget;
 class QLabel;
 class QMdiArea;
 class QMenu;
@@ -27,6 +28,7 @@ namespace ba {
 
 class CBoreAnalystDoc;
 class CDocumentWindow;
+class CCoherenceMapView;
 class CHistoryPanel;
 class CJobRunner;
 class CMessageBoxSink;
@@ -108,6 +110,12 @@ public:
     bool ProcessSpectra();
     // The mechanical properties dialog over the active document; true when OK added traces.
     bool ComputeMechanicalProperties();
+    // Process > Sonic Velocity: the dialog, then its job under the progress dialog; returns
+    // when the job has ended (true when it ran).
+    bool ComputeSonicVelocities();
+    // The QC view of the sonic velocities (View > Coherence Map), hidden until asked for.
+    CCoherenceMapView& CoherenceView() const { return *m_coherenceView; }
+    QDockWidget& CoherenceDock() const { return *m_coherenceDock; }
     // The common-logs dialog over the active document; true when OK added the derived log.
     bool DeriveCommonLog();
     // The formula-log dialog over the active document; true when OK added the computed log.
@@ -135,6 +143,8 @@ private:
     QString ChooseFile(const FileDialogRequest& request);
     const ILicenceCheck& Licence() const;
     void ShowReadout(const QString& depth, const QString& value);
+    // Follows the cursor of `window`'s log plot in the coherence map, when it is shown.
+    void ShowCoherenceAt(CDocumentWindow& window, double depth);
 
     // Menu handlers: ask for a file, then run the command.
     void OnOpen();
@@ -161,6 +171,8 @@ private:
     QMenu* m_recentMenu = nullptr;
     CHistoryPanel* m_history = nullptr;
     CJobRunner* m_jobs = nullptr;
+    QDockWidget* m_coherenceDock = nullptr;
+    CCoherenceMapView* m_coherenceView = nullptr;
     int m_untitledCount = 0;
 
     struct Actions {
@@ -191,6 +203,8 @@ private:
         QAction* unitConversion = nullptr;
         QAction* spectralProcessing = nullptr;
         QAction* mechanicalProperties = nullptr;
+        QAction* sonicVelocity = nullptr;
+        QAction* showCoherenceMap = nullptr;
         QAction* commonLogs = nullptr;
         QAction* formulaLog = nullptr;
         std::array<QAction*, kTraceUtilities.size()> traceUtilities{}; // in the order of kTraceUtilities

@@ -18,6 +18,8 @@
 #include "model/SonicTrace.h"
 #include "model/TraceClipboard.h"
 #include "sonic/RawDataImportProcess.h"
+#include "sonic/SonicDialogModel.h"
+#include "view/CoherenceMapView.h"
 #include "view/CommonLogsDlg.h"
 #include "view/FormulaLogDlg.h"
 #include "view/GoToDepthDlg.h"
@@ -25,6 +27,7 @@
 #include "view/MechanicalPropertiesDlg.h"
 #include "view/PlotFileExport.h"
 #include "view/SonicPropertiesDlg.h"
+#include "view/SonicVelocityDlg.h"
 #include "view/SpectralDlg.h"
 #include "view/TracePropertiesDlg.h"
 #include "view/TraceUtilityDlg.h"
@@ -37,6 +40,7 @@
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
+#include <QDockWidget>
 #include <QPointer>
 #include <QPrinter>
 #include <QStatusBar>
@@ -376,6 +380,51 @@ bool CMainFrame::ComputeMechanicalProperties()
     if (!window) return false;
     CMechanicalPropertiesDlg dialog(window->Document(), *m_sink, this);
     return dialog.exec() == QDialog::Accepted;
+}
+
+bool CMainFrame::ComputeSonicVelocities()
+{
+    CDocumentWindow* window = ActiveDocumentWindow();
+    if (!window || m_jobs->Running()) return false;
+    const std::unique_ptr<ISettingsStore> store = MakeDefaultSettingsStore();
+    CSonicVelocityDlg dialog(window->Document(), *store, *m_sink, this);
+    if (dialog.exec() != QDialog::Accepted || !dialog.JobSettings()) return false;
+    const SonicVelocitySettings& settings = *dialog.JobSettings();
+    window->SetSonicSettings(settings);
+    if (m_coherenceView->SourceDocument() == &window->Document()) m_coherenceView->SetSource(window->Document(), settings);
+    const QPointer<CDocumentWindow> target = window;
+    if (!m_jobs->Start(std::make_unique<CSonicVelocityProcess>(window->Document(), settings))) return false;
+    m_jobs->WaitUntilIdle();
+    if (target != nullptr) UpdateActions();
+    return true;
+}
+
+void CMainFrame::ShowCoherenceAt(CDocumentWindow& window, double depth)
+{
+    if (m_coherenceDock->isHidden() || m_jobs->Running()) return;
+    CBoreAnalystDoc& doc = window.Document();
+    if (m_coherenceView->SourceDocument() != &doc) {
+        if (window.SonicSettings()) {
+            m_coherenceView->SetSource(doc, *window.SonicSettings());
+        } else {
+            // Not run yet on this document: the dialog's remembered settings and its first
+            // sonic traces.
+            const std::unique_ptr<ISettingsStore> store = MakeDefaultSettingsStore();
+            CSonicDialogModel model(*store);
+            model.Open();
+            model.ChooseFirstReceivers(doc);
+            CollectingMessageSink quiet;
+            const auto settings = model.JobSettings(doc, quiet);
+            if (!settings) {
+                m_coherenceView->ClearSource(QString::fromStdString(quiet.Texts().empty() ? std::string()
+                                                                                           : quiet.Texts().front()) +
+                                             tr("\nChoose the receivers in Process > Sonic Velocity."));
+                return;
+            }
+            m_coherenceView->SetSource(doc, *settings);
+        }
+    }
+    m_coherenceView->ShowDepth(depth);
 }
 
 bool CMainFrame::DeriveCommonLog()

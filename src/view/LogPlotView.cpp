@@ -277,6 +277,7 @@ void CLogPlotView::mouseMoveEvent(QMouseEvent* event)
 {
     const PlotReadout readout = ReadoutAt(event->position().toPoint());
     emit readoutChanged(DepthReadoutText(readout), ValueReadoutText(readout));
+    if (readout.depth) emit cursorDepthChanged(*readout.depth);
     QAbstractScrollArea::mouseMoveEvent(event);
 }
 

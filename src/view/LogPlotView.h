@@ -65,6 +65,8 @@ public:
 
 signals:
     void readoutChanged(const QString& depthText, const QString& valueText);
+    // The display depth under the mouse, when it is over the tracks.
+    void cursorDepthChanged(double depth);
     void selectionChanged();
     void traceActivated(ba::CTrace* trace);
     void verticalScaleChanged(float scale);

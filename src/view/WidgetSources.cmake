@@ -1,5 +1,6 @@
 # Widget sources: log plot view, property sheet, dialogs, message boxes
 target_sources(boreanalyst_view PRIVATE
+  ${CMAKE_CURRENT_SOURCE_DIR}/CoherenceMapView.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/CommonLogsDlg.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/FormulaLogDlg.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/GoToDepthDlg.cpp
@@ -10,6 +11,7 @@ target_sources(boreanalyst_view PRIVATE
   ${CMAKE_CURRENT_SOURCE_DIR}/ModelBox.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/ProgressDlg.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/SonicPropertiesDlg.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/SonicVelocityDlg.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/SpectralDlg.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/SpectrumView.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/TracePropertiesDlg.cpp

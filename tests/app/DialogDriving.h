@@ -3,6 +3,8 @@
 // the main frame's menu.
 
 #include "AppTestSupport.h"
+#include "settings/SettingsStore.h"
+#include "support/TempDir.h"
 
 #include <QAction>
 #include <QApplication>
@@ -12,6 +14,9 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace ba::test {
 
@@ -54,6 +59,29 @@ public:
     ~RepositoryFileForTest() { qunsetenv("BA_REPOSITORY"); }
     RepositoryFileForTest(const RepositoryFileForTest&) = delete;
     RepositoryFileForTest& operator=(const RepositoryFileForTest&) = delete;
+};
+
+// Points the platform settings store at a file of the test's own; Read gives a value of
+// the dialog key `key`.
+class SettingsFileForTest {
+public:
+    explicit SettingsFileForTest(std::string_view key) : m_key(key), m_path(m_dir.Path("settings.json"))
+    {
+        qputenv("BA_SETTINGS_FILE", ToQString(m_path).toLocal8Bit());
+    }
+    ~SettingsFileForTest() { qunsetenv("BA_SETTINGS_FILE"); }
+    SettingsFileForTest(const SettingsFileForTest&) = delete;
+    SettingsFileForTest& operator=(const SettingsFileForTest&) = delete;
+    const std::filesystem::path& Path() const { return m_path; }
+    std::optional<std::string> Read(const std::string& name) const
+    {
+        return MakeFileSettingsStore(m_path)->Read(SettingsRoot::LocalMachine, m_key + name);
+    }
+
+private:
+    std::string m_key;
+    TempDir m_dir;
+    std::filesystem::path m_path;
 };
 
 } // namespace ba::test

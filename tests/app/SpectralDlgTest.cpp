@@ -56,25 +56,6 @@ void MoveMouse(QWidget& widget, QPointF at)
     QApplication::sendEvent(&widget, &move);
 }
 
-// Points the platform settings store at a file of the test's own.
-class SettingsFileForTest {
-public:
-    SettingsFileForTest() : m_path(m_dir.Path("settings.json"))
-    {
-        qputenv("BA_SETTINGS_FILE", ToQString(m_path).toLocal8Bit());
-    }
-    ~SettingsFileForTest() { qunsetenv("BA_SETTINGS_FILE"); }
-    const std::filesystem::path& Path() const { return m_path; }
-    std::optional<std::string> Read(const std::string& name) const
-    {
-        return MakeFileSettingsStore(m_path)->Read(SettingsRoot::LocalMachine, std::string(kSpectralDialogKey) + name);
-    }
-
-private:
-    TempDir m_dir;
-    std::filesystem::path m_path;
-};
-
 } // namespace
 
 class SpectralDlgTest : public QObject {
@@ -86,7 +67,7 @@ private slots:
     {
         const auto doc = MakeSpectralDocument();
         const CSpectralTrace& trace = SpectralTrace(*doc);
-        SettingsFileForTest settings;
+        SettingsFileForTest settings(kSpectralDialogKey);
         const auto store = MakeDefaultSettingsStore();
         CollectingMessageSink sink;
         CSpectralDlg dialog(*doc, *store, sink);
@@ -140,7 +121,7 @@ private slots:
     void plotSettingsReachTheView()
     {
         const auto doc = MakeSpectralDocument();
-        SettingsFileForTest settings;
+        SettingsFileForTest settings(kSpectralDialogKey);
         const auto store = MakeDefaultSettingsStore();
         CollectingMessageSink sink;
         CSpectralDlg dialog(*doc, *store, sink);
@@ -160,7 +141,7 @@ private slots:
     {
         const auto doc = MakeSpectralDocument();
         const CSpectralTrace& trace = SpectralTrace(*doc);
-        SettingsFileForTest settings;
+        SettingsFileForTest settings(kSpectralDialogKey);
         const auto store = MakeDefaultSettingsStore();
         CollectingMessageSink sink;
         CSpectralDlg dialog(*doc, *store, sink);
@@ -213,7 +194,7 @@ private slots:
         QFETCH(bool, logPlot);
         QFETCH(double, plottingScale);
         QFETCH(QString, message);
-        SettingsFileForTest settings;
+        SettingsFileForTest settings(kSpectralDialogKey);
         CollectingMessageSink sink;
         CMainFrame frame(RecordingServices(sink));
         frame.AddDocument(withSpectrum ? MakeSpectralDocument() : MakeTwoTraceDocument());
