@@ -51,11 +51,17 @@ fi
 "$cli" add-trace "$doc" --name DTS --units us/ft --track 2 --pen 1,0,4 --scale 240,40 \
     --samples "$logs/dt_shear.csv" -o "$doc"
 
-# A full-waveform sonic log (three receivers 3, 4 and 5 ft from the transmitter, a
-# formation of 60 us/ft compressional and 110 us/ft shear slowness) recorded as a logger
-# raw-data file, and a spectral gamma log of 1024 channels, both synthetic.
+# A full-waveform sonic log (three receivers 3, 4 and 5 ft from the transmitter) of the
+# same formations, recorded as a logger raw-data file, and a spectral gamma log of 1024
+# channels, both synthetic. The waveforms carry the logged slownesses; the Stoneley
+# slowness follows from the shear slowness and the density in a water-filled hole
+# (189 us/ft, 1 g/cc): DTST = sqrt(189^2 + DTS^2 / RHOB). Where the shear is slower than
+# the water (the shales, the coal) there is no shear arrival.
 sonic_rd="$out_dir/ba1_sonic.rd"
-"$1/bin/make_raw_data" -o "$sonic_rd" --top 10 --bottom 150 --step 0.1 --offsets 3,4,5 --dtc 60 --dts 110
+slowness_log="$out_dir/ba1_slowness.csv"
+paste -d, "$logs/dt_compressional.csv" "$logs/dt_shear.csv" "$logs/density.csv" |
+    awk -F, '/^[0-9]/ { printf "%s,%s,%s,%.1f\n", $1, $2, $4, sqrt(189 * 189 + $4 * $4 / $6) }' > "$slowness_log"
+"$1/bin/make_raw_data" -o "$sonic_rd" --top 10 --bottom 150 --step 0.1 --offsets 3,4,5 --slowness-log "$slowness_log"
 "$cli" import-rd "$doc" "$sonic_rd" -o "$doc" >/dev/null
 "$1/bin/make_spectral_log" "$doc" --name "GR Spectrum" --spectra 1401 --channels 1024 --top 10 --step 0.1
 # The curves share the left track; the spectrum and the nearest receiver's waveforms get
@@ -83,7 +89,36 @@ sonic_rd="$out_dir/ba1_sonic.rd"
 "$cli" set-trace "$doc" "Vp/Vs" --track 3 --scale 1.5,2.5 --hide -o "$doc"
 "$cli" set-trace "$doc" DTS --hide -o "$doc"
 "$cli" set-trace "$doc" "GR Spectrum" --hide -o "$doc"
+# Compressional, shear and Stoneley slowness from the waveforms themselves (slowness-time
+# coherence over the three receivers), renamed DTC_WF, DTS_WF and DTST_WF so that they sit
+# beside the logged DTC and DTS: DTC_WF on DTC's scale, dashed; the others kept but hidden.
+first_new=$("$cli" info "$doc" | grep '"kinds"' | tr -d ' ' | sed 's/.*\[//; s/\].*//' | tr ',' '\n' | wc -l)
+"$cli" semblance "$doc" --receivers "RX 1,RX 2,RX 3" --offsets 3,4,5 -o "$doc"
+k=$first_new
+for name in DTC_WF DTS_WF DTST_WF COHC COHS COHST TTC TTS TTST; do
+    if [[ $name == DTC_WF ]]; then
+        "$cli" set-trace "$doc" "#$k" --name "$name" --track 2 --scale 140,40 --pen 1,1,1 -o "$doc"
+    else
+        "$cli" set-trace "$doc" "#$k" --name "$name" --hide -o "$doc"
+    fi
+    k=$((k + 1))
+done
 echo "Derived PHID (density porosity), VSH (shale volume from GR), Poisson's Ratio, Young's Modulus and Vp/Vs"
+
+echo
+echo "== Slownesses logged and computed from the waveforms (us/ft; - where the shear is slower than the water)"
+for depth in 15 30 45 60 75 95 110 130; do
+    row="$(printf '%6s m' "$depth")"
+    for log in DTC DTC_WF DTS DTS_WF DTST_WF; do
+        v=$("$cli" value-at "$doc" "$log" "$depth")
+        if [[ $v == -9999.99 ]]; then
+            row+="$(printf '   %s %6s' "$log" -)"
+        else
+            row+="$(LC_NUMERIC=C printf '   %s %6.1f' "$log" "$v")"
+        fi
+    done
+    echo "$row"
+done
 
 echo
 echo "== $doc opened again"

@@ -179,6 +179,12 @@ struct SurveyPlan {
     bool fwsUpgrade = false;             // TX frequency byte 0: the upgraded probe
     std::uint32_t timeStepMilliseconds = 0; // non-zero: a time-digitised recording
     bool otherRecords = false;           // a data record of another block and a record of another type per station
+    // Slownesses that change with depth: each station takes the compressional, shear and
+    // Stoneley slowness of the entry nearest its depth (entries by increasing depth, m).
+    struct LoggedSlowness {
+        double depth, compressional, shear, stoneley;
+    };
+    std::vector<LoggedSlowness> slownessLog;
     std::uint32_t seed = 1;
 
     std::size_t Stations() const
@@ -203,7 +209,21 @@ void WriteSurvey(const SurveyPlan& plan, Write&& write)
         b.samples = SynthesiseWaveform(quiet, offset, b, rng);
         blocks.push_back(std::move(b));
     }
-    const std::vector<ClpBlock> clean = blocks;
+    std::vector<ClpBlock> clean = blocks;
+    // The formation at a depth: the plan's, or the nearest entry of its slowness log.
+    const auto formationAt = [&plan](double depth) {
+        Formation f = plan.formation;
+        f.noise = 0.0;
+        if (plan.slownessLog.empty()) return f;
+        const auto& log = plan.slownessLog;
+        auto it = std::lower_bound(log.begin(), log.end(), depth,
+                                   [](const SurveyPlan::LoggedSlowness& e, double d) { return e.depth < d; });
+        if (it == log.end() || (it != log.begin() && depth - std::prev(it)->depth < it->depth - depth)) --it;
+        f.compressionalSlowness = it->compressional;
+        f.shearSlowness = it->shear;
+        f.stoneleySlowness = it->stoneley;
+        return f;
+    };
     std::vector<std::uint8_t> piece;
     if (plan.timeStepMilliseconds != 0) AppendTimeDigitisingRecord(piece, plan.timeStepMilliseconds);
 
@@ -220,6 +240,13 @@ void WriteSurvey(const SurveyPlan& plan, Write&& write)
     for (std::size_t i = 0; i < stations; ++i) {
         const double k = static_cast<double>(plan.descending ? stations - 1 - i : i);
         const auto depth = static_cast<float>(plan.top + k * plan.step);
+        if (!plan.slownessLog.empty()) {
+            const Formation here = formationAt(depth);
+            for (std::size_t r = 0; r < blocks.size(); ++r) {
+                clean[r].samples = SynthesiseWaveform(here, plan.offsetsFeet[r], clean[r], rng);
+                if (plan.formation.noise <= 0.0) blocks[r].samples = clean[r].samples;
+            }
+        }
         for (std::size_t r = 0; r < blocks.size(); ++r) {
             if (plan.formation.noise <= 0.0) break;
             for (std::size_t j = 0; j < blocks[r].samples.size(); ++j) {

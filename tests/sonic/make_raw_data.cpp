@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cctype>
 #include <cstdio>
 #include <fstream>
 #include <iostream>
@@ -39,6 +40,7 @@ int main(int argc, char** argv)
     std::string offsets = "3,4,5";
     std::string offsetUnit = "ft";
     int receivers = 0;
+    std::string slownessLog;
     double spacing = 1.0;
     int stacks = 1;
     int gainExponent = 5;
@@ -66,6 +68,9 @@ int main(int argc, char** argv)
                    "borehole fluid slowness, us/ft; no shear arrival where --dts is not faster")
         ->capture_default_str()
         ->check(CLI::PositiveNumber);
+    app.add_option("--slowness-log", slownessLog,
+                   "CSV of depth_m,dtc,dts,dtst (us/ft) by increasing depth: each station takes the nearest line's "
+                   "slownesses instead of --dtc, --dts and --dtst (lines starting with # or a letter are skipped)");
     app.add_option("--noise", plan.formation.noise, "noise standard deviation, counts")->capture_default_str()->check(CLI::NonNegativeNumber);
     app.add_option("--amplitude", plan.formation.amplitude, "scales every arrival")->capture_default_str();
     app.add_option("--gain", gainExponent, "gain exponent g (gain 2^g; 5 is AGC)")->capture_default_str()->check(CLI::Range(0, 15));
@@ -91,6 +96,27 @@ int main(int argc, char** argv)
             const double nearest = plan.offsetsFeet.front();
             plan.offsetsFeet.clear();
             for (int r = 0; r < receivers; ++r) plan.offsetsFeet.push_back(nearest + r * spacing);
+        }
+        if (!slownessLog.empty()) {
+            std::ifstream in(slownessLog);
+            if (!in) {
+                std::cerr << "Error: cannot read \"" << slownessLog << "\".\n";
+                return 1;
+            }
+            std::string line;
+            for (std::size_t number = 1; std::getline(in, line); ++number) {
+                if (line.empty() || line[0] == '#' || std::isalpha(static_cast<unsigned char>(line[0]))) continue;
+                ba::synth::SurveyPlan::LoggedSlowness e{};
+                char c1 = 0, c2 = 0, c3 = 0;
+                std::istringstream fields(line);
+                if (!(fields >> e.depth >> c1 >> e.compressional >> c2 >> e.shear >> c3 >> e.stoneley) || c1 != ',' ||
+                    c2 != ',' || c3 != ',' || (!plan.slownessLog.empty() && e.depth <= plan.slownessLog.back().depth)) {
+                    std::cerr << "Error: \"" << slownessLog << "\" line " << number
+                              << ": expected depth_m,dtc,dts,dtst at a depth below the line before.\n";
+                    return 2;
+                }
+                plan.slownessLog.push_back(e);
+            }
         }
         if (plan.formation.stoneleySlowness < plan.formation.fluidSlowness) {
             std::cerr << "Error: the Stoneley slowness " << plan.formation.stoneleySlowness
