@@ -57,6 +57,9 @@ void CoherenceOptions::AddTo(CLI::App& sub)
         ->type_name("C")
         ->check(DoubleInto(threshold));
     sub.add_option("--units", units, "slowness unit of the output (default us/ft)")->check(CLI::IsMember({"us/ft", "us/m"}));
+    sub.add_option("--bandpass", bandpass,
+                   "band-pass each waveform first, zero phase (Butterworth, order 4), corners in Hz")
+        ->type_name("LO,HI");
 }
 
 SonicVelocitySettings CoherenceOptions::Settings(const CBoreAnalystDoc& doc, const std::string& docPath,
@@ -75,6 +78,11 @@ SonicVelocitySettings CoherenceOptions::Settings(const CBoreAnalystDoc& doc, con
     }
     settings.windowMicroseconds = window;
     settings.threshold = static_cast<float>(threshold);
+    if (!bandpass.empty()) {
+        const std::vector<double> corners = Numbers(bandpass, "--bandpass");
+        if (corners.size() != 2) throw CommandFailure(kExitUsage, "Error: --bandpass takes LO,HI in Hz.");
+        settings.bandpass = BandPass{corners[0], corners[1], 4};
+    }
     if (!CheckSonicVelocitySettings(doc, settings, sink)) throw CommandFailure(kExitFailure, {});
     return settings;
 }

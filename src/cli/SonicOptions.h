@@ -28,8 +28,8 @@ LengthUnit LengthUnitOf(const std::string& text);
 LengthUnit SlownessLengthUnitOf(const std::string& text);
 
 // The options of the commands that compute slowness-time coherence (semblance, stc-map):
-// the receivers, their offsets, the slowness grid, the window, the threshold and the
-// output unit.
+// the receivers, their offsets, the slowness grid, the window, the threshold, the output
+// unit and the band-pass.
 struct CoherenceOptions {
     std::string receivers;
     std::string offsets;
@@ -40,6 +40,7 @@ struct CoherenceOptions {
     double threshold = kDefaultCoherenceThreshold;
     std::string thresholdText;
     std::string units = "us/ft";
+    std::string bandpass;
 
     void AddTo(CLI::App& command);
     // The settings, checked against the document (a failure is reported and thrown).

@@ -135,6 +135,7 @@ std::optional<SonicVelocitySettings> CSonicDialogModel::JobSettings(const CBoreA
     job.labelModes = !s.noAutoPick && anyMode;
     job.projectionImage = s.save;
     job.replaceEarlier = !s.newTraces;
+    if (s.autoProcess) job.bandpass = BandPass{s.highPassKilohertz * 1000.0, s.lowPassKilohertz * 1000.0, 4};
     if (!CheckSonicVelocitySettings(doc, job, sink)) return std::nullopt;
     return job;
 }

@@ -10,7 +10,7 @@
 //   "MaxSlowness"         the slowest slowness searched, µs per "Units" length
 //   "SemblanceMultiplier" the share of perfect coherence an arrival must reach to be picked
 //   "MaxOffset"           receivers farther from the transmitter are left out
-//   "AutoProcess"         condition the waveforms first (DC removal and the band-pass)
+//   "AutoProcess"         band-pass the waveforms first (zero-phase Butterworth, order 4)
 //   "NoAutoPick"          compute the coherence only: no mode logs, the projection image
 //   "Save"                keep the slowness-projection image trace in the document
 //   "Pick1".."Pick3"      make the compressional, shear, Stoneley logs

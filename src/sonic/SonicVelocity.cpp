@@ -105,6 +105,12 @@ bool CheckSonicVelocitySettings(const CBoreAnalystDoc& doc, const SonicVelocityS
                    "no longer than the record of " + Number(record) + " us.");
         return false;
     }
+    if (settings.bandpass) {
+        if (const auto problem = BandPassProblem(*settings.bandpass, SampleInterval(first))) {
+            sink.Error(*problem);
+            return false;
+        }
+    }
     if (settings.grid.Count() == 0) {
         const char* slowness = SlownessUnitText(settings.outputUnit);
         sink.Error("Error: the slownesses from " + Number(settings.grid.first) + " to " + Number(settings.grid.last) +
@@ -126,6 +132,7 @@ CSonicVelocityProcess::CSonicVelocityProcess(CBoreAnalystDoc& doc, SonicVelocity
     m_startTime = StartTime(*m_traces.front());
     m_peaks.resize(m_stations);
     if (m_settings.projectionImage) m_projection.resize(m_stations);
+    if (m_settings.bandpass) m_filter.emplace(*m_settings.bandpass, m_sampleInterval);
 }
 
 CoherenceMap CSonicVelocityProcess::StationMap(std::size_t i) const
@@ -139,6 +146,7 @@ CoherenceMap CSonicVelocityProcess::StationMap(std::size_t i) const
         for (std::size_t k = 0; k < row.size(); ++k) {
             waveforms[r][k] = static_cast<float>(static_cast<int>(row[k]) - static_cast<int>(kSonicZeroLine));
         }
+        if (m_filter) m_filter->ApplyZeroPhase(waveforms[r]);
         station.traces.emplace_back(waveforms[r]);
     }
     station.offsets = m_offsetsInOutputUnit;

@@ -15,6 +15,7 @@
 #include "model/BoreAnalystDoc.h"
 #include "model/SonicTrace.h"
 #include "sonic/BackgroundProcess.h"
+#include "sonic/BandPassFilter.h"
 #include "sonic/ModePicking.h"
 #include "sonic/Semblance.h"
 
@@ -39,6 +40,8 @@ struct SonicVelocitySettings {
     double windowMicroseconds = 120.0; // about two periods of a 15 kHz compressional arrival
     float threshold = kDefaultCoherenceThreshold;
     double fluidSlownessPerFoot = 189.0; // the borehole fluid, µs/ft (fresh water)
+    // Each waveform is band-passed (zero phase) before the coherence when set.
+    std::optional<BandPass> bandpass;
 
     // What the job makes: the logs of each mode (compressional, shear, Stoneley; none when
     // the modes are not labelled at all), the projection image, and whether logs of the
@@ -103,6 +106,7 @@ private:
     double m_startTime = 0.0;
     std::vector<std::vector<CoherencePeak>> m_peaks; // per station
     std::vector<ImageRow> m_projection;              // per station, when asked for
+    std::optional<CBandPassFilter> m_filter;
     std::vector<ModePicks> m_picks;
 };
 

@@ -50,8 +50,11 @@ TEST(SonicVelocity, SlownessLogsOfGeneratedWaveformsAnyThreadCount)
     struct Case {
         double dtc, dts, dtst;
         std::vector<double> offsets;
+        std::optional<BandPass> bandpass;
     };
-    const Case cases[] = {{60.0, 110.0, 220.0, {3.0, 4.0, 5.0}}, {80.0, 140.0, 240.0, {3.0, 4.0, 5.0, 6.0}}};
+    const Case cases[] = {{60.0, 110.0, 220.0, {3.0, 4.0, 5.0}, std::nullopt},
+                          {80.0, 140.0, 240.0, {3.0, 4.0, 5.0, 6.0}, std::nullopt},
+                          {60.0, 110.0, 220.0, {3.0, 4.0, 5.0}, BandPass{1000.0, 25000.0, 4}}};
     for (const Case& c : cases) {
         synth::Formation formation;
         formation.compressionalSlowness = c.dtc;
@@ -61,7 +64,8 @@ TEST(SonicVelocity, SlownessLogsOfGeneratedWaveformsAnyThreadCount)
         for (const unsigned threads : {1u, 2u}) {
             auto run = LoggedInterval(formation, c.offsets);
             ASSERT_EQ(run.doc->TraceCount(), c.offsets.size());
-            const SonicVelocitySettings settings = Settings(c.offsets);
+            SonicVelocitySettings settings = Settings(c.offsets);
+            settings.bandpass = c.bandpass;
             CollectingMessageSink sink;
             ASSERT_TRUE(CheckSonicVelocitySettings(*run.doc, settings, sink)) << sink.Texts().front();
             CSonicVelocityProcess job(*run.doc, settings);
@@ -101,6 +105,8 @@ TEST(SonicVelocity, SettingsAreCheckedBeforeAnythingRuns)
     noGrid.grid = {300.0, 40.0, 1.0};
     SonicVelocitySettings fewOffsets = Settings({3.0, 4.0, 5.0});
     fewOffsets.offsets.pop_back();
+    SonicVelocitySettings wideBand = Settings({3.0, 4.0, 5.0});
+    wideBand.bandpass = BandPass{1000.0, 200000.0, 4};
     const Case cases[] = {
         {"one receiver", one, "Error: sonic velocities need two to five receivers; 1 was chosen."},
         {"offsets out of order", decreasing,
@@ -109,6 +115,8 @@ TEST(SonicVelocity, SettingsAreCheckedBeforeAnythingRuns)
          "Error: the window of 2500 us must be longer than 0 and no longer than the record of 2000 us."},
         {"empty grid", noGrid, "Error: the slownesses from 300 to 40 us/ft every 1 us/ft are none."},
         {"an offset missing", fewOffsets, "Error: 2 offsets were given for 3 receivers."},
+        {"band above Nyquist", wideBand,
+         "Error: the band-pass from 1 to 200 kHz must stay below half the sampling rate, 125 kHz for samples every 4 us."},
     };
     for (const Case& c : cases) {
         CollectingMessageSink sink;
